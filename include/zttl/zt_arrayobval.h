@@ -1,0 +1,170 @@
+#pragma once
+
+#include "zttl/zt_report.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+// Growable array of objects that own heap memory. The block is zero-filled
+// on growth, so a new element starts in its all-zero (empty) state.
+template <class T>
+class ZT_ArrayObVal {
+public:
+    ZT_ArrayObVal() = default;
+    ZT_ArrayObVal(const ZT_ArrayObVal& other)
+    {
+        RemoveAll();
+        for (int i = 0; i < other.count; ++i)
+            Add(other.data[i]);
+    }
+    ZT_ArrayObVal& operator=(const ZT_ArrayObVal&) = delete;
+    virtual ~ZT_ArrayObVal()
+    {
+        count = 0;
+        capacity = 0;
+        free(data);
+        data = nullptr;
+    }
+
+    // SetSize(0) frees the block without releasing the elements' own memory.
+    bool SetSize(int n)
+    {
+        ZT_Assert(count >= 0, "zt_arrayobval", 94);
+        ZT_Assert(capacity >= 0, "zt_arrayobval", 95);
+        ZT_Assert(n >= 0, "zt_arrayobval", 96);
+        if (n <= 0) {
+            free(data);
+            data = nullptr;
+            count = 0;
+            capacity = 0;
+            return true;
+        }
+        if (n <= capacity) {
+            count = n;
+            return true;
+        }
+        int newCapacity = count + ((n - count) / 4) * 4 + 4;
+        T* grown = static_cast<T*>(realloc(static_cast<void*>(data), size_t(newCapacity) * sizeof(T)));
+        if (!grown)
+            return false;
+        memset(static_cast<void*>(grown + capacity), 0, size_t(newCapacity - capacity) * sizeof(T));
+        data = grown;
+        capacity = newCapacity;
+        count = n;
+        return true;
+    }
+
+    T& GetAt(int i)
+    {
+        if (!data) {
+            ReportMessage("E_ ZT_ArrayObVal<T>::[%d] EMPTY", i);
+            ZT_Assert(false, "zt_arrayobval", 194);
+            static T scratch;
+            return scratch;
+        }
+        if (i < 0) {
+            ReportMessage("E_ ZT_ArrayObVal<T>::[%d] ILLEGAL INDEX", i);
+            ZT_Assert(false, "zt_arrayobval", 195);
+            return data[0];
+        }
+        if (i < count)
+            return data[i];
+        ReportMessage("E_ ZT_ArrayObVal<T>::[%d] ILLEGAL INDEX", i);
+        ZT_Assert(false, "zt_arrayobval", 196);
+        return data[count > 0 ? count - 1 : 0];
+    }
+
+    void Add(const T& element)
+    {
+        int last = count;
+        if (SetSize(count + 1))
+            new (data + last) T(element);
+    }
+
+    void RemoveAll() { SetSize(0); }
+    int GetSize() const { return count; }
+    int GetCapacity() const { return capacity; }
+    bool IsEmpty() const { return count == 0; }
+
+protected:
+    T* data = nullptr;
+    int count = 0;
+    int capacity = 0;
+};
+
+// One owned copy of a text, or null for no text.
+struct ZT_TextElement {
+    char* text = nullptr;
+
+    ZT_TextElement() = default;
+    ZT_TextElement(const ZT_TextElement& other) { Store(other.text); }
+    ZT_TextElement& operator=(const ZT_TextElement&) = delete;
+
+    // Frees the old copy first; an empty or null text stores null.
+    void Store(const char* newText)
+    {
+        free(text);
+        text = (newText && *newText) ? strdup(newText) : nullptr;
+    }
+};
+
+// The list of owned texts that the splitting operations return.
+class ZT_StringList : public ZT_ArrayObVal<ZT_TextElement> {
+public:
+    ZT_StringList() = default;
+    ZT_StringList(const ZT_StringList& other) : ZT_ArrayObVal<ZT_TextElement>(other) {}
+    ZT_StringList& operator=(const ZT_StringList& other)
+    {
+        if (this != &other) {
+            RemoveAll();
+            for (int i = 0; i < other.count; ++i)
+                Add(other.data[i].text);
+        }
+        return *this;
+    }
+    ~ZT_StringList() override { FreeTexts(); }
+
+    using ZT_ArrayObVal<ZT_TextElement>::Add;
+    void Add(const char* text)
+    {
+        int last = count;
+        if (SetSize(count + 1))
+            data[last].Store(text);
+    }
+
+    // Unchecked; null for an element added with an empty text.
+    const char* operator[](int i) const { return data[i].text; }
+
+    int FindIndex(const char* text) const
+    {
+        if (!data)
+            return -1;
+        for (int i = 0; i < count; ++i) {
+            const char* element = data[i].text;
+            if (!text) {
+                if (!element || !*element)
+                    return i;
+            } else if (element && strcmp(element, text) == 0) {
+                return i;
+            }
+        }
+        return -1;
+    }
+
+    // Unlike the generic array, the list also frees its texts here.
+    void RemoveAll()
+    {
+        FreeTexts();
+        SetSize(0);
+    }
+
+private:
+    void FreeTexts()
+    {
+        for (int i = 0; i < count; ++i) {
+            free(data[i].text);
+            data[i].text = nullptr;
+        }
+    }
+};

@@ -1,0 +1,138 @@
+#pragma once
+
+#include "zttl/zt_report.h"
+
+#include <cstdlib>
+#include <cstring>
+
+// Growable array of plain values, copied bitwise. Growth is in steps of 16
+// elements measured from the count, so short arrays stay small.
+template <class T>
+class ZT_ArrayVal {
+public:
+    ZT_ArrayVal() = default;
+    ZT_ArrayVal(const ZT_ArrayVal& other) { CopyFrom(other); }
+    ZT_ArrayVal& operator=(const ZT_ArrayVal& other)
+    {
+        if (this != &other) {
+            SetSize(0);
+            CopyFrom(other);
+        }
+        return *this;
+    }
+    virtual ~ZT_ArrayVal()
+    {
+        count = 0;
+        capacity = 0;
+        free(data);
+        data = nullptr;
+    }
+
+    bool SetSize(int n)
+    {
+        ZT_Assert(count >= 0, "zt_arrayval", 90);
+        ZT_Assert(capacity >= 0, "zt_arrayval", 91);
+        ZT_Assert(n >= 0, "zt_arrayval", 92);
+        if (n <= 0) {
+            free(data);
+            data = nullptr;
+            count = 0;
+            capacity = 0;
+            return true;
+        }
+        if (n <= capacity) {
+            count = n;
+            return true;
+        }
+        int newCapacity = count + ((n - count) / 16 + 1) * 16;
+        T* grown = static_cast<T*>(realloc(data, size_t(newCapacity) * sizeof(T)));
+        if (!grown)
+            return false;
+        memset(static_cast<void*>(grown + capacity), 0, size_t(newCapacity - capacity) * sizeof(T));
+        data = grown;
+        capacity = newCapacity;
+        count = n;
+        return true;
+    }
+
+    // Gives back storage once more than half of the block is unused.
+    void FreeExtra()
+    {
+        if (!data)
+            return;
+        if (count == 0) {
+            free(data);
+            data = nullptr;
+            capacity = 0;
+            return;
+        }
+        if (capacity - count > capacity / 2) {
+            T* shrunk = static_cast<T*>(realloc(data, size_t(count + 1) * sizeof(T)));
+            if (!shrunk)
+                return;
+            data = shrunk;
+            capacity = count + 1;
+        }
+    }
+
+    // Checked access: a bad index is reported and answered with the nearest element.
+    T GetAt(int i) const
+    {
+        const T* element = Checked(i, 188);
+        return element ? *element : T();
+    }
+    T& GetAt(int i)
+    {
+        T* element = const_cast<T*>(Checked(i, 199));
+        if (element)
+            return *element;
+        static T scratch;
+        scratch = T();
+        return scratch;
+    }
+
+    void SetAtGrow(int i, const T& value)
+    {
+        if (i < 0)
+            return;
+        if (i + 1 >= count && !SetSize(i + 1))
+            return;
+        data[i] = value;
+    }
+
+    int GetSize() const { return count; }
+    int GetCapacity() const { return capacity; }
+    const T* GetData() const { return data; }
+
+protected:
+    T* data = nullptr;
+    int count = 0;
+    int capacity = 0;
+
+private:
+    // firstLine is the line of the "EMPTY" check; the two index checks follow it.
+    const T* Checked(int i, int firstLine) const
+    {
+        if (!data) {
+            ReportMessage("E_ ZT_ArrayVal<T>::[%d] EMPTY", i);
+            ZT_Assert(false, "zt_arrayval", firstLine);
+            return nullptr;
+        }
+        if (i < 0) {
+            ReportMessage("E_ ZT_ArrayVal<T>::[%d] ILLEGAL INDEX", i);
+            ZT_Assert(false, "zt_arrayval", firstLine + 1);
+            return data;
+        }
+        if (i < count)
+            return data + i;
+        ReportMessage("E_ ZT_ArrayVal<T>::[%d] ILLEGAL INDEX", i);
+        ZT_Assert(false, "zt_arrayval", firstLine + 2);
+        return count > 0 ? data + count - 1 : data;
+    }
+
+    void CopyFrom(const ZT_ArrayVal& other)
+    {
+        if (other.count > 0 && SetSize(other.count))
+            memcpy(static_cast<void*>(data), other.data, size_t(other.count) * sizeof(T));
+    }
+};

@@ -1,0 +1,65 @@
+#include "zttl/zt_report.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+void DefaultSink(const char* line)
+{
+#if defined(ROWKEEPER_TRACE) && ROWKEEPER_TRACE
+    fputs(line, stderr);
+#else
+    (void)line;
+#endif
+}
+
+ZT_MessageSink currentSink = DefaultSink;
+
+void Trace(const char* text)
+{
+    size_t length = strlen(text);
+    if (length <= 2)
+        return;
+    char line[1200];
+    if (text[1] == '_')
+        snprintf(line, sizeof line, "%s  \t[%c]\n", text + 3, text[0]);
+    else
+        snprintf(line, sizeof line, "%s\n", text);
+    currentSink(line);
+}
+
+} // namespace
+
+ZT_MessageSink ZT_SetMessageSink(ZT_MessageSink sink)
+{
+    ZT_MessageSink previous = currentSink;
+    currentSink = sink ? sink : DefaultSink;
+    return previous;
+}
+
+void ReportMessage(const char* format, ...)
+{
+    if (!format)
+        return;
+    char text[1024];
+    va_list args;
+    va_start(args, format);
+    vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    // No application main window exists in a console program, so only the trace is written.
+    Trace(text);
+}
+
+void ZT_Assert(bool ok, const char* header, int line)
+{
+    if (!ok)
+        ReportMessage("A_ assertion failed: %s(%d)", header, line);
+}
+
+void ZT_DebugDump(const char* text)
+{
+    if (text && *text)
+        currentSink(text);
+}
