@@ -1,0 +1,6 @@
+#pragma once
+
+#include <cstdio>
+
+void PrintBanner(FILE* stream, bool withEmptyLine);
+void PrintUsage();

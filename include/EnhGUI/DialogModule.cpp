@@ -1,0 +1,56 @@
+// Entry points of the dialog module, found with dlsym by the front end.
+#include <QApplication>
+
+#include <cstdlib>
+#include <cstring>
+#include <xcb/xcb.h>
+
+class ZT_SQLiteDatabase;
+
+namespace {
+
+// Qt's X11 plugin aborts the process when it cannot reach a display, so
+// look for one first and fail cleanly instead.
+bool DisplayAvailable()
+{
+    const char* platform = getenv("QT_QPA_PLATFORM");
+    if (platform && *platform && strncmp(platform, "xcb", 3) != 0)
+        return true; // offscreen, wayland, ...: Qt reports their failures itself
+    if (!platform || !*platform) {
+        const char* wayland = getenv("WAYLAND_DISPLAY");
+        if (wayland && *wayland)
+            return true;
+    }
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    bool reachable = connection && !xcb_connection_has_error(connection);
+    if (connection)
+        xcb_disconnect(connection);
+    return reachable;
+}
+
+// The console belongs to the front end: the toolkit's own warnings are dropped.
+void DropToolkitMessage(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+int applicationArgc = 1;
+char applicationName[] = "rowkeeper";
+char* applicationArgv[] = {applicationName, nullptr};
+QApplication* application = nullptr;
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) bool RowkeeperInitDialogs(int, char**)
+{
+    if (application)
+        return true;
+    if (!DisplayAvailable())
+        return false;
+    qInstallMessageHandler(DropToolkitMessage);
+    application = new QApplication(applicationArgc, applicationArgv);
+    return true;
+}
+
+extern "C" __attribute__((visibility("default"))) int RowkeeperRunRowCommand(int, ZT_SQLiteDatabase*, const char*,
+                                                                              const char*)
+{
+    return 0;
+}

@@ -1,0 +1,115 @@
+#include "RunProgram.h"
+#include "TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+const std::string banner = "Rowkeeper v0.10 (build 10)\n";
+const std::string usage =
+    "USAGE:\n"
+    "\n"
+    "--create2 <file> <sql>\t\tcreate a SQLite 2.x database\n"
+    "--create  <file> <sql>\t\tcreate a SQLite 3.x database\n"
+    "\n"
+    "--exec    <file> <sql>\t\texecute some sql.\n"
+    "--query   <file> <sql>\t\tdisplay query as ascii table\n"
+    "\n"
+    "--query-one  <file> <sql>\treturn single value\n"
+    "--query-csv  <file> <sql>\treturn query result as CSV\n"
+    "--query-tab  <file> <sql>\treturn query result as text with tabs\n"
+    "\n"
+    "--edit-rows  <file> <table> [<where-part>]\tlet user edit table row-wise\n"
+    "--edit-row   <file> <table> [<where-part>]\tlet user edit row via dialog\n"
+    "--insert-row <file> <table>\tlet user insert row via dialog\n";
+
+// No display at all: the dialog toolkit cannot start.
+const std::vector<std::string> noDisplay = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+
+RunResult Rowkeeper(std::vector<std::string> args, const std::vector<std::string>& env = noDisplay)
+{
+    args.insert(args.begin(), ROWKEEPER_BINARY);
+    return RunProgram(args, env);
+}
+
+} // namespace
+
+TEST(CommandLine, NoArgumentsPrintsBannerAndUsage)
+{
+    RunResult r = Rowkeeper({});
+    EXPECT_EQ(r.out, usage);
+    EXPECT_EQ(r.err, banner + "\n");
+    EXPECT_EQ(r.status, 0);
+}
+
+TEST(CommandLine, UnknownOptionsAreIgnoredSilently)
+{
+    for (auto args : std::vector<std::vector<std::string>>{{"-x"}, {"-"}, {"--Query"}, {"--exec2", "-v"}}) {
+        RunResult r = Rowkeeper(args);
+        EXPECT_EQ(r.out, usage) << args[0];
+        EXPECT_EQ(r.err, banner + "\n") << args[0];
+        EXPECT_EQ(r.status, 0) << args[0];
+    }
+}
+
+TEST(CommandLine, QueryCommandsPrintNoBanner)
+{
+    TempDir dir;
+    for (std::string option : {"--query-one", "-q", "--query-tab", "--query-csv"}) {
+        RunResult r = Rowkeeper({option, dir.File("db"), "SELECT 1"});
+        EXPECT_EQ(r.err, "") << option;
+        EXPECT_EQ(r.out.find("Rowkeeper"), std::string::npos) << option;
+    }
+}
+
+TEST(CommandLine, OtherCommandsPrintTheBannerOnStandardError)
+{
+    TempDir dir;
+    for (std::string option : {"--create2", "-c2", "--create", "--create3", "-c3", "--exec", "-r", "--query",
+                               "--query-table"}) {
+        RunResult r = Rowkeeper({option, dir.File(option + ".db")});
+        EXPECT_EQ(r.err.substr(0, banner.size() + 1), banner + "\n") << option;
+        EXPECT_EQ(r.out.find("USAGE"), std::string::npos) << option;
+    }
+}
+
+TEST(CommandLine, RowCommandsFailWithoutADisplay)
+{
+    TempDir dir;
+    for (std::string option : {"--edit-row", "-er", "--edit-rows", "-et", "--insert-row", "--add-row", "-ar"}) {
+        RunResult r = Rowkeeper({option, dir.File("db"), "person"});
+        EXPECT_EQ(r.out, banner) << option;
+        EXPECT_EQ(r.err, "Fatal Error: MFC initialization failed\n") << option;
+        EXPECT_EQ(r.status, 1) << option;
+    }
+}
+
+TEST(CommandLine, UnreachableDisplayIsNoDisplay)
+{
+    RunResult r = Rowkeeper({"--edit-row", "f.db", "t"}, {"DISPLAY=:97", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"});
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "Fatal Error: MFC initialization failed\n");
+}
+
+TEST(CommandLine, LastRecognisedOptionWins)
+{
+    TempDir dir;
+    // A row command named first does not matter: the query wins and needs no display.
+    RunResult r = Rowkeeper({"--edit-row", "--query", "--bogus", "--query-csv", dir.File("db"), "SELECT 1"});
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.status, 0);
+    RunResult row = Rowkeeper({"--query-csv", "-x", "-et", dir.File("db"), "t"});
+    EXPECT_EQ(row.status, 1) << "the row command came last";
+}
+
+TEST(CommandLine, ExecutableDoesNotLinkTheDialogToolkit)
+{
+    std::ifstream binary(ROWKEEPER_BINARY, std::ios::binary);
+    std::string content((std::istreambuf_iterator<char>(binary)), std::istreambuf_iterator<char>());
+    ASSERT_FALSE(content.empty());
+    EXPECT_EQ(content.find("libQt6"), std::string::npos);
+    EXPECT_NE(content.find("librowkeeper_dialogs.so"), std::string::npos) << "it is loaded by name at run time";
+}
