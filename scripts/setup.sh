@@ -27,7 +27,7 @@ case "$mode" in
   demo)
     cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release -DROWKEEPER_TESTS=OFF
     cmake --build build/release -j"$jobs"
-    build/release/app/rowkeeper
+    build/release/app/rowkeeper --query examples/sample.db "SELECT id, name, born, weight, active FROM person"
     ;;
   test)
     cmake -S . -B build/test -DCMAKE_BUILD_TYPE=RelWithDebInfo -DROWKEEPER_SANITIZE=ON

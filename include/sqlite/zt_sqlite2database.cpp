@@ -1,0 +1,157 @@
+#include "sqlite/zt_sqlite2database.h"
+
+#include "sqlite.h"
+#include "zttl/zt_report.h"
+
+namespace {
+const char notOpenMessage[] = "unable to open database file";
+}
+
+ZT_SQLite2Database::ZT_SQLite2Database(const char* file) : ZT_SQLiteDatabase(file)
+{
+    OpenOrCreate();
+}
+
+ZT_SQLite2Database::~ZT_SQLite2Database()
+{
+    ZT_SQLite2Database::Close();
+}
+
+void ZT_SQLite2Database::TakeError(char* message)
+{
+    if (message)
+        SetError(message);
+    sqlite_freemem(message);
+}
+
+bool ZT_SQLite2Database::Open()
+{
+    if (handle)
+        return true;
+    ClearError();
+    keepOpen = false;
+    if (!NameIsUsable()) {
+        SetError(notOpenMessage);
+        return false;
+    }
+    char* message = nullptr;
+    handle = sqlite_open(name, 0, &message);
+    if (handle && message)
+        ReportError("E_ SQLITE: %s", message);
+    else if (!handle && message)
+        ReportError("E_ Failed to open %s. SQLITE: %s", name, message);
+    TakeError(message);
+    return handle != nullptr;
+}
+
+bool ZT_SQLite2Database::Close()
+{
+    if (keepOpen)
+        return true;
+    while (!attached.IsEmpty()) {
+        if (!Detach(attached.KeyAt(0)))
+            attached.RemoveAt(0);
+    }
+    if (handle) {
+        sqlite_close(Handle());
+        handle = nullptr;
+    }
+    return true;
+}
+
+bool ZT_SQLite2Database::Detach(const char* attachName)
+{
+    if (!ExecuteFormat("DETACH DATABASE %s", attachName))
+        return false;
+    int index = attached.FindIndex(attachName);
+    if (index >= 0) {
+        // The attached object shares our connection and must never close it.
+        if (ZT_SQLite2Database* other = static_cast<ZT_SQLite2Database*>(attached.ValueAt(index)))
+            other->handle = nullptr;
+        attached.RemoveAt(index);
+    }
+    return true;
+}
+
+bool ZT_SQLite2Database::Execute(const char* sql)
+{
+    if (!handle) {
+        SetError(notOpenMessage);
+        ReportError("SQLite exec failed: %s", GetError());
+        return false;
+    }
+    char* message = nullptr;
+    if (sqlite_exec(Handle(), sql, nullptr, nullptr, &message) != 0) {
+        TakeError(message);
+        ReportError("SQLite exec failed: %s", GetError());
+        return false;
+    }
+    return true;
+}
+
+sqlite_vm* ZT_SQLite2Database::Prepare(const char* sql)
+{
+    if (!handle) {
+        ReportMessage("SQLite: No Database open!");
+        return nullptr;
+    }
+    const char* tail = nullptr;
+    sqlite_vm* vm = nullptr;
+    char* message = nullptr;
+    if (sqlite_compile(Handle(), sql, &tail, &vm, &message) != 0) {
+        TakeError(message);
+        ReportError("SQLITE %s", GetError());
+        return nullptr;
+    }
+    return vm;
+}
+
+bool ZT_SQLite2Database::QueryValueArgs(ZT_String& out, const char* format, const ZT_FormatArg* args, int count)
+{
+    ZT_String sql;
+    sql.SetSize(512);
+    sql.Empty();
+    sql.FormatAppendArgs(format, args, count);
+    sqlite_vm* vm = Prepare(sql.GetString());
+    if (!vm)
+        return false;
+    int columns = 0;
+    const char** values = nullptr;
+    const char** names = nullptr;
+    int step = sqlite_step(vm, &columns, &values, &names);
+    bool accepted = (step == SQLITE_ROW || step == SQLITE_DONE) && columns >= 1 && values;
+    if (accepted)
+        out.Set(values[0]);
+    char* message = nullptr;
+    sqlite_finalize(vm, &message);
+    TakeError(message);
+    return accepted;
+}
+
+int ZT_SQLite2Database::FillResult(ZT_SQLiteResultSet& result, const char* sql)
+{
+    result.Clear();
+    if (!handle) {
+        SetError(notOpenMessage);
+        ReportError("SQLITE %s", GetError());
+        return 0;
+    }
+    char** table = nullptr;
+    int rows = 0;
+    int columns = 0;
+    char* message = nullptr;
+    if (sqlite_get_table(Handle(), sql, &table, &rows, &columns, &message) != 0) {
+        TakeError(message);
+        ReportError("SQLITE %s", GetError());
+        if (table)
+            sqlite_free_table(table);
+        return 0;
+    }
+    result.Attach(new ZT_SQLite2Result(table), columns, rows);
+    return 1;
+}
+
+int ZT_SQLite2Database::LastInsertRowId()
+{
+    return handle ? sqlite_last_insert_rowid(Handle()) : 0;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "sqlite/zt_sqlitedatabase.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+// The back end over the SQLite 3 library.
+class ZT_SQLite3Database final : public ZT_SQLiteDatabase {
+public:
+    explicit ZT_SQLite3Database(const char* file);
+    ~ZT_SQLite3Database();
+
+    double Version() override { return 3.0; }
+    bool Execute(const char* sql) override;
+    bool QueryValueArgs(ZT_String& out, const char* format, const ZT_FormatArg* args, int count) override;
+    int LastInsertRowId() override;
+    bool Open() override;
+    void OnCreated() override {}
+    bool Close() override;
+
+protected:
+    int FillResult(ZT_SQLiteResultSet& result, const char* sql) override;
+
+private:
+    sqlite3* Handle() const { return static_cast<sqlite3*>(handle); }
+    sqlite3_stmt* Prepare(const char* sql);
+    // Takes over a message the library allocated.
+    void TakeError(char* message);
+};

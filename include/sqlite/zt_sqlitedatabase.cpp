@@ -1,0 +1,159 @@
+#include "sqlite/zt_sqlitedatabase.h"
+
+#include "sqlite/zt_sqlite3database.h"
+#include "zttl/zt_parse.h"
+#include "zttl/zt_report.h"
+
+#ifdef ROWKEEPER_HAVE_SQLITE2
+#include "sqlite/zt_sqlite2database.h"
+#endif
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <sys/stat.h>
+#include <vector>
+
+ZT_SQLiteDatabase::ZT_SQLiteDatabase(const char* file)
+{
+    memset(name, 0, sizeof name);
+    // A name that does not fit is refused rather than cut: Open then fails.
+    if (file && strlen(file) < sizeof name)
+        strcpy(name, file);
+}
+
+ZT_SQLiteDatabase::~ZT_SQLiteDatabase() = default;
+
+namespace {
+
+// Connections released without Close, and objects left to the end of the
+// process, stay alive until it ends; keeping them listed says that this is
+// intended, not a leak.
+std::vector<void*>& LeftToProcessEnd()
+{
+    static auto* connections = new std::vector<void*>; // never destroyed, like the connections
+    return *connections;
+}
+
+} // namespace
+
+void ReleaseDatabase(ZT_SQLiteDatabase* database)
+{
+    if (!database)
+        return;
+    if (database->handle)
+        LeftToProcessEnd().push_back(database->handle);
+    database->~ZT_SQLiteDatabase();
+    ::operator delete(database);
+}
+
+bool ZT_SQLiteDatabase::OpenOrCreate()
+{
+    created = false;
+    struct stat entry;
+    if (NameIsUsable() && stat(name, &entry) == 0 && !S_ISDIR(entry.st_mode))
+        return Open();
+    if (!Open())
+        return false;
+    OnCreated();
+    created = true;
+    return true;
+}
+
+bool ZT_SQLiteDatabase::ExecuteFormatArgs(const char* format, const ZT_FormatArg* args, int count)
+{
+    ZT_String sql;
+    sql.FormatAppendArgs(format, args, count);
+    return Execute(sql.GetString());
+}
+
+int ZT_SQLiteDatabase::QueryListArgs(ZT_SQLiteList& result, const char* format, const ZT_FormatArg* args, int count)
+{
+    ZT_String sql;
+    sql.FormatAppendArgs(format, args, count);
+    return FillResult(result, sql.GetString());
+}
+
+int ZT_SQLiteDatabase::QueryRecordArgs(ZT_SQLiteRecord& result, const char* format, const ZT_FormatArg* args,
+                                       int count)
+{
+    ZT_String sql;
+    sql.FormatAppendArgs(format, args, count);
+    return FillResult(result, sql.GetString());
+}
+
+int ZT_SQLiteDatabase::QueryTableArgs(ZT_SQLiteTable& result, const char* format, const ZT_FormatArg* args,
+                                      int count)
+{
+    ZT_String sql;
+    sql.FormatAppendArgs(format, args, count);
+    return FillResult(result, sql.GetString());
+}
+
+bool ZT_SQLiteDatabase::TableExists(const char* tableName)
+{
+    ZT_String value;
+    if (!QueryValue(value, "SELECT name FROM sqlite_master WHERE name=\"%s\"", tableName))
+        return false;
+    return CompareNoCase(value, tableName) == 0;
+}
+
+namespace {
+
+template <class Backend>
+ZT_SQLiteDatabase* TryGeneration(const char* file)
+{
+    Backend* database = new (std::nothrow) Backend(file);
+    if (!database)
+        return nullptr;
+    ZT_SQLiteList probe;
+    if (database->IsOpen() && database->QueryList(probe, "SELECT name FROM sqlite_master"))
+        return database;
+    delete database; // as its own type: this closes the connection
+    return nullptr;
+}
+
+} // namespace
+
+void KeepDatabaseUntilExit(ZT_SQLiteDatabase* database)
+{
+    LeftToProcessEnd().push_back(database);
+}
+
+ZT_SQLiteDatabase* OpenDatabase(const char* file)
+{
+    if (ZT_SQLiteDatabase* database = TryGeneration<ZT_SQLite3Database>(file))
+        return database;
+#ifdef ROWKEEPER_HAVE_SQLITE2
+    if (ZT_SQLiteDatabase* database = TryGeneration<ZT_SQLite2Database>(file))
+        return database;
+#endif
+    return nullptr;
+}
+
+ZT_SQLiteDatabase* CreateDatabase(const char* file, int generation)
+{
+    if (generation == 2) {
+#ifdef ROWKEEPER_HAVE_SQLITE2
+        return new (std::nothrow) ZT_SQLite2Database(file);
+#else
+        return nullptr; // built without the 2.x engine
+#endif
+    }
+    return new (std::nothrow) ZT_SQLite3Database(file);
+}
+
+void ReportError(const char* format, const char* text1, const char* text2)
+{
+    if (!format)
+        return;
+    if (!text1)
+        text1 = "(null)";
+    size_t size = strlen(format) + strlen(text1) + (text2 ? strlen(text2) : 0) + 10;
+    char* message = static_cast<char*>(malloc(size));
+    if (!message)
+        return;
+    snprintf(message, size, format, text1, text2);
+    ReportMessage("%s", message);
+    free(message);
+}
