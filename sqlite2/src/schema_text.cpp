@@ -1,0 +1,270 @@
+#include "schema_text.h"
+
+#include <cctype>
+#include <cstring>
+#include <strings.h>
+
+namespace sqlite2 {
+
+namespace {
+
+struct Token {
+    size_t begin = 0;
+    size_t end = 0;
+    char kind = 0; // 'w' word, 'q' quoted name or string, 'p' punctuation, 'n' number
+};
+
+bool IsWordByte(unsigned char c)
+{
+    return isalnum(c) || c == '_' || c == '$' || c >= 0x80;
+}
+
+std::vector<Token> Tokenize(std::string_view sql)
+{
+    std::vector<Token> tokens;
+    size_t i = 0;
+    while (i < sql.size()) {
+        unsigned char c = uint8_t(sql[i]);
+        if (isspace(c)) {
+            ++i;
+        } else if (c == '-' && i + 1 < sql.size() && sql[i + 1] == '-') {
+            while (i < sql.size() && sql[i] != '\n')
+                ++i;
+        } else if (c == '/' && i + 1 < sql.size() && sql[i + 1] == '*') {
+            size_t close = sql.find("*/", i + 2);
+            i = close == std::string_view::npos ? sql.size() : close + 2;
+        } else if (c == '\'' || c == '"' || c == '`' || c == '[') {
+            char closing = c == '[' ? ']' : char(c);
+            size_t j = i + 1;
+            while (j < sql.size()) {
+                if (sql[j] == closing) {
+                    if (closing != ']' && j + 1 < sql.size() && sql[j + 1] == closing) {
+                        j += 2;
+                        continue;
+                    }
+                    break;
+                }
+                ++j;
+            }
+            tokens.push_back({i, std::min(j + 1, sql.size()), 'q'});
+            i = j + 1;
+        } else if (IsWordByte(c)) {
+            size_t j = i;
+            while (j < sql.size() && IsWordByte(uint8_t(sql[j])))
+                ++j;
+            tokens.push_back({i, j, isdigit(c) ? 'n' : 'w'});
+            i = j;
+        } else {
+            tokens.push_back({i, i + 1, 'p'});
+            ++i;
+        }
+    }
+    return tokens;
+}
+
+std::string Dequote(std::string_view text)
+{
+    if (text.size() >= 2 && (text[0] == '\'' || text[0] == '"' || text[0] == '`' || text[0] == '[')) {
+        char closing = text[0] == '[' ? ']' : text[0];
+        std::string result;
+        for (size_t i = 1; i + 1 < text.size(); ++i) {
+            result.push_back(text[i]);
+            if (text[i] == closing && closing != ']' && i + 2 < text.size() && text[i + 1] == closing)
+                ++i;
+        }
+        return result;
+    }
+    return std::string(text);
+}
+
+bool Is(std::string_view sql, const Token& token, const char* word)
+{
+    return token.kind == 'w' && token.end - token.begin == strlen(word) &&
+           strncasecmp(sql.data() + token.begin, word, token.end - token.begin) == 0;
+}
+
+bool IsPunct(std::string_view sql, const Token& token, char c)
+{
+    return token.kind == 'p' && sql[token.begin] == c;
+}
+
+bool IsConstraintStart(std::string_view sql, const Token& token)
+{
+    for (const char* word : {"CONSTRAINT", "NULL", "NOT", "PRIMARY", "UNIQUE", "CHECK", "COLLATE", "DEFAULT",
+                             "REFERENCES", "DEFERRABLE"})
+        if (Is(sql, token, word))
+            return true;
+    return false;
+}
+
+std::string WithoutSpace(std::string_view text)
+{
+    std::string result;
+    for (char c : text)
+        if (!isspace(uint8_t(c)))
+            result.push_back(c);
+    return result;
+}
+
+// Splits the tokens between the parentheses at first at top-level commas.
+std::vector<std::vector<Token>> SplitList(std::string_view sql, const std::vector<Token>& tokens, size_t open,
+                                          size_t& close)
+{
+    std::vector<std::vector<Token>> parts(1);
+    int depth = 0;
+    for (size_t i = open + 1; i < tokens.size(); ++i) {
+        const Token& token = tokens[i];
+        if (IsPunct(sql, token, '(')) {
+            ++depth;
+        } else if (IsPunct(sql, token, ')')) {
+            if (depth == 0) {
+                close = i;
+                return parts;
+            }
+            --depth;
+        } else if (depth == 0 && IsPunct(sql, token, ',')) {
+            parts.emplace_back();
+            continue;
+        }
+        parts.back().push_back(token);
+    }
+    close = tokens.size();
+    return {};
+}
+
+size_t FindOpeningParenthesis(std::string_view sql, const std::vector<Token>& tokens)
+{
+    for (size_t i = 0; i < tokens.size(); ++i)
+        if (IsPunct(sql, tokens[i], '('))
+            return i;
+    return tokens.size();
+}
+
+std::vector<std::string> NamesInParentheses(std::string_view sql, const std::vector<Token>& part, size_t from)
+{
+    std::vector<std::string> names;
+    bool expectName = false;
+    for (size_t i = from; i < part.size(); ++i) {
+        if (IsPunct(sql, part[i], '(') || IsPunct(sql, part[i], ',')) {
+            expectName = true;
+        } else if (IsPunct(sql, part[i], ')')) {
+            break;
+        } else if (expectName) {
+            names.push_back(Dequote(sql.substr(part[i].begin, part[i].end - part[i].begin)));
+            expectName = false;
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+bool IsTextType(std::string_view type)
+{
+    std::string squeezed = WithoutSpace(type);
+    for (char& c : squeezed)
+        c = char(toupper(uint8_t(c)));
+    for (const char* pattern : {"BLOB", "CLOB", "CHAR", "TEXT"})
+        if (squeezed.find(pattern) != std::string::npos)
+            return true;
+    return false;
+}
+
+bool ParseCreateTable(std::string_view sql, TableInfo& info)
+{
+    info = TableInfo();
+    std::vector<Token> tokens = Tokenize(sql);
+    if (tokens.size() < 4 || !Is(sql, tokens[0], "CREATE"))
+        return false;
+    size_t open = FindOpeningParenthesis(sql, tokens);
+    if (open >= tokens.size())
+        return false;
+    size_t close = 0;
+    std::vector<std::vector<Token>> parts = SplitList(sql, tokens, open, close);
+    if (parts.empty())
+        return false;
+
+    std::vector<std::pair<size_t, size_t>> typeRanges; // source ranges to drop
+    std::vector<int> primaryKey;
+    bool inConstraints = false;
+    for (const auto& part : parts) {
+        if (part.empty())
+            return false;
+        const Token& first = part[0];
+        if (inConstraints || Is(sql, first, "CONSTRAINT") || Is(sql, first, "PRIMARY") ||
+            Is(sql, first, "UNIQUE") || Is(sql, first, "CHECK") || Is(sql, first, "FOREIGN")) {
+            inConstraints = true;
+            for (size_t i = 0; i + 1 < part.size(); ++i)
+                if (Is(sql, part[i], "PRIMARY") && Is(sql, part[i + 1], "KEY")) {
+                    for (const std::string& name : NamesInParentheses(sql, part, i + 2))
+                        for (size_t c = 0; c < info.columns.size(); ++c)
+                            if (strcasecmp(info.columns[c].name.c_str(), name.c_str()) == 0)
+                                primaryKey.push_back(int(c));
+                }
+            continue;
+        }
+        ColumnInfo column;
+        column.name = Dequote(sql.substr(first.begin, first.end - first.begin));
+        size_t i = 1;
+        size_t typeBegin = part.size() > 1 ? part[1].begin : 0;
+        size_t typeEnd = typeBegin;
+        int depth = 0;
+        for (; i < part.size(); ++i) {
+            if (depth == 0 && IsConstraintStart(sql, part[i]))
+                break;
+            if (IsPunct(sql, part[i], '('))
+                ++depth;
+            if (IsPunct(sql, part[i], ')'))
+                --depth;
+            typeEnd = part[i].end;
+        }
+        column.type = std::string(sql.substr(typeBegin, typeEnd - typeBegin));
+        column.numeric = !IsTextType(column.type);
+        for (; i < part.size(); ++i) {
+            if (Is(sql, part[i], "PRIMARY") && i + 1 < part.size() && Is(sql, part[i + 1], "KEY"))
+                primaryKey.push_back(int(info.columns.size()));
+            if (Is(sql, part[i], "COLLATE") && i + 1 < part.size())
+                column.numeric = !IsTextType(sql.substr(part[i + 1].begin, part[i + 1].end - part[i + 1].begin));
+        }
+        typeRanges.emplace_back(typeBegin, typeEnd);
+        info.columns.push_back(column);
+    }
+    if (info.columns.empty())
+        return false;
+    if (primaryKey.size() == 1 && strcasecmp(WithoutSpace(info.columns[size_t(primaryKey[0])].type).c_str(),
+                                             "INTEGER") == 0)
+        info.integerPrimaryKey = primaryKey[0];
+
+    std::string typeless;
+    size_t copied = 0;
+    for (size_t c = 0; c < typeRanges.size(); ++c) {
+        auto [begin, end] = typeRanges[c];
+        if (end <= begin)
+            continue;
+        typeless.append(sql.substr(copied, begin - copied));
+        if (int(c) == info.integerPrimaryKey)
+            typeless.append("INTEGER");
+        copied = end;
+    }
+    typeless.append(sql.substr(copied));
+    info.typelessSql = typeless;
+    return true;
+}
+
+bool ParseCreateIndexColumns(std::string_view sql, std::vector<std::string>& columns)
+{
+    std::vector<Token> tokens = Tokenize(sql);
+    size_t open = FindOpeningParenthesis(sql, tokens);
+    if (open >= tokens.size())
+        return false;
+    size_t close = 0;
+    columns.clear();
+    for (const auto& part : SplitList(sql, tokens, open, close)) {
+        if (part.empty())
+            return false;
+        columns.push_back(Dequote(sql.substr(part[0].begin, part[0].end - part[0].begin)));
+    }
+    return !columns.empty();
+}
+
+} // namespace sqlite2
