@@ -190,7 +190,7 @@ int sqlite_finalize(sqlite_vm* vm, char** errmsg)
 
 int sqlite_last_insert_rowid(sqlite* db)
 {
-    return db ? int(sqlite3_last_insert_rowid(db->engine.Mirror())) : 0;
+    return db ? int(db->engine.LastInsertRowId()) : 0;
 }
 
 void sqlite_freemem(void* p)

@@ -142,6 +142,7 @@ bool Engine::Load(std::string& error)
         }
         sqlite3_exec(mirror, "PRAGMA writable_schema=OFF; COMMIT", nullptr, nullptr, nullptr);
     }
+    sqlite3_set_last_insert_rowid(mirror, 0); // loading is not inserting
     TakeBaseline();
     return true;
 }
@@ -224,6 +225,8 @@ bool Engine::WriteBackChanges(std::string& error)
     bool schemaChanged = SchemaVersion(mirror) != baseSchemaVersion;
     if (!schemaChanged && sqlite3_total_changes64(mirror) == baseChanges)
         return true;
+    if (sqlite3_int64 inserted = sqlite3_last_insert_rowid(mirror))
+        insertedBeforeReload = inserted;
     std::string rebuilt;
     bool written = BuildFile(rebuilt, error) && file.Write(content, rebuilt, error);
     file.Unlock();
@@ -235,6 +238,12 @@ bool Engine::WriteBackChanges(std::string& error)
         return false;
     }
     return written;
+}
+
+sqlite3_int64 Engine::LastInsertRowId() const
+{
+    sqlite3_int64 inserted = mirror ? sqlite3_last_insert_rowid(mirror) : 0;
+    return inserted ? inserted : insertedBeforeReload;
 }
 
 bool Engine::BuildFile(std::string& rebuilt, std::string& error)

@@ -22,6 +22,8 @@ public:
     sqlite3* Mirror() const { return mirror; }
     // Writes the mirror back when a statement outside a transaction changed it.
     bool WriteBackChanges(std::string& error);
+    // Survives the reload of the mirror that follows every write.
+    sqlite3_int64 LastInsertRowId() const;
 
 private:
     struct TableOrigin {
@@ -41,6 +43,7 @@ private:
     std::map<std::string, TableOrigin> origins; // by lower-case table name
     sqlite3_int64 baseChanges = 0;
     int baseSchemaVersion = 0;
+    sqlite3_int64 insertedBeforeReload = 0;
 };
 
 } // namespace sqlite2

@@ -1,0 +1,79 @@
+#include "TempDir.h"
+#include "sqlite/zt_sqlite2database.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+std::string CopyOfFixture(const TempDir& dir, const std::string& name)
+{
+    std::ifstream in(std::string(FIXTURES_DIR) + "/" + name + ".db", std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::string path = dir.File(name + ".db");
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path;
+}
+
+} // namespace
+
+TEST(Sqlite2Backend, OpenDatabasePicksTheSecondGeneration)
+{
+    TempDir dir;
+    std::string path = CopyOfFixture(dir, "person");
+    ZT_SQLiteDatabase* database = OpenDatabase(path.c_str());
+    ASSERT_NE(database, nullptr);
+    EXPECT_EQ(database->Version(), 2.0);
+    database->Close();
+    ReleaseDatabase(database);
+}
+
+TEST(Sqlite2Backend, HoldersFollowTheSameIndexRules)
+{
+    TempDir dir;
+    ZT_SQLite2Database database(CopyOfFixture(dir, "person").c_str());
+    ASSERT_TRUE(database.IsOpen());
+    ZT_SQLiteTable table;
+    ASSERT_EQ(database.QueryTable(table, "SELECT id, note FROM person WHERE id IN (%d, %d) ORDER BY id", 1, 2), 1);
+    EXPECT_EQ(table.GetRowCount(), 2);
+    EXPECT_STREQ(table.GetCell(0, 1), "2");
+    EXPECT_EQ(table.GetCell(1, 0), nullptr) << "NULL";
+    EXPECT_STREQ(table.GetCell(1, 1), "") << "empty text";
+    EXPECT_STREQ(table.GetCell(2, 0), "2");
+    EXPECT_EQ(table.GetCell(2, 1), nullptr);
+
+    ZT_SQLiteList list;
+    ASSERT_EQ(database.QueryList(list, "SELECT name FROM person WHERE id <= 2 ORDER BY id"), 1);
+    EXPECT_STREQ(list.GetValue(1), "Quin1");
+    EXPECT_EQ(list.GetValue(2), nullptr);
+
+    ZT_SQLiteRecord record;
+    ASSERT_EQ(database.QueryRecord(record, "SELECT name, weight FROM person WHERE id = 40"), 1);
+    EXPECT_STREQ(record.GetValue(1), "56.0");
+    EXPECT_EQ(record.GetValue(2), nullptr);
+
+    ZT_String value;
+    EXPECT_TRUE(database.QueryValue(value, "SELECT note FROM person WHERE id = 1"));
+    EXPECT_STREQ(value, "");
+    EXPECT_FALSE(database.QueryValue(value, "SELECT missing FROM person"));
+    EXPECT_STREQ(database.GetError(), "no such column: missing");
+}
+
+TEST(Sqlite2Backend, WritesPersistAndLastInsertRowId)
+{
+    TempDir dir;
+    std::string path = CopyOfFixture(dir, "person");
+    {
+        ZT_SQLite2Database database(path.c_str());
+        ASSERT_TRUE(database.ExecuteFormat("INSERT INTO person(name) VALUES('%s')", "New"));
+        EXPECT_EQ(database.LastInsertRowId(), 41);
+        EXPECT_TRUE(database.TableExists("person"));
+        EXPECT_FALSE(database.TableExists("nobody"));
+    }
+    ZT_SQLite2Database reopened(path.c_str());
+    ZT_String name;
+    EXPECT_TRUE(reopened.QueryValue(name, "SELECT name FROM person WHERE id = 41"));
+    EXPECT_STREQ(name, "New");
+}
