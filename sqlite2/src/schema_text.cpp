@@ -186,6 +186,8 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
 
     std::vector<std::pair<size_t, size_t>> typeRanges; // source ranges to drop
     std::vector<int> primaryKey;
+    // Key constraints in statement order: (is primary key, columns).
+    std::vector<std::pair<bool, std::vector<int>>> columnKeys, tableKeys;
     bool inConstraints = false;
     for (const auto& part : parts) {
         if (part.empty())
@@ -194,13 +196,20 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
         if (inConstraints || Is(sql, first, "CONSTRAINT") || Is(sql, first, "PRIMARY") ||
             Is(sql, first, "UNIQUE") || Is(sql, first, "CHECK") || Is(sql, first, "FOREIGN")) {
             inConstraints = true;
-            for (size_t i = 0; i + 1 < part.size(); ++i)
-                if (Is(sql, part[i], "PRIMARY") && Is(sql, part[i + 1], "KEY")) {
-                    for (const std::string& name : NamesInParentheses(sql, part, i + 2))
-                        for (size_t c = 0; c < info.columns.size(); ++c)
-                            if (strcasecmp(info.columns[c].name.c_str(), name.c_str()) == 0)
-                                primaryKey.push_back(int(c));
-                }
+            for (size_t i = 0; i < part.size(); ++i) {
+                bool isPrimary = i + 1 < part.size() && Is(sql, part[i], "PRIMARY") && Is(sql, part[i + 1], "KEY");
+                if (!isPrimary && !Is(sql, part[i], "UNIQUE"))
+                    continue;
+                std::vector<int> keyColumns;
+                for (const std::string& name : NamesInParentheses(sql, part, i + (isPrimary ? 2 : 1)))
+                    for (size_t c = 0; c < info.columns.size(); ++c)
+                        if (strcasecmp(info.columns[c].name.c_str(), name.c_str()) == 0)
+                            keyColumns.push_back(int(c));
+                if (isPrimary)
+                    primaryKey.insert(primaryKey.end(), keyColumns.begin(), keyColumns.end());
+                tableKeys.emplace_back(isPrimary, keyColumns);
+                break;
+            }
             continue;
         }
         ColumnInfo column;
@@ -221,8 +230,12 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
         column.type = std::string(sql.substr(typeBegin, typeEnd - typeBegin));
         column.numeric = !IsTextType(column.type);
         for (; i < part.size(); ++i) {
-            if (Is(sql, part[i], "PRIMARY") && i + 1 < part.size() && Is(sql, part[i + 1], "KEY"))
+            if (Is(sql, part[i], "PRIMARY") && i + 1 < part.size() && Is(sql, part[i + 1], "KEY")) {
                 primaryKey.push_back(int(info.columns.size()));
+                columnKeys.emplace_back(true, std::vector<int>{int(info.columns.size())});
+            }
+            if (Is(sql, part[i], "UNIQUE"))
+                columnKeys.emplace_back(false, std::vector<int>{int(info.columns.size())});
             if (Is(sql, part[i], "COLLATE") && i + 1 < part.size())
                 column.numeric = !IsTextType(sql.substr(part[i + 1].begin, part[i + 1].end - part[i + 1].begin));
         }
@@ -234,6 +247,10 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
     if (primaryKey.size() == 1 && strcasecmp(WithoutSpace(info.columns[size_t(primaryKey[0])].type).c_str(),
                                              "INTEGER") == 0)
         info.integerPrimaryKey = primaryKey[0];
+    for (const auto* keys : {&columnKeys, &tableKeys})
+        for (const auto& [isPrimary, keyColumns] : *keys)
+            if (!(isPrimary && info.integerPrimaryKey >= 0) && !keyColumns.empty())
+                info.automaticIndexes.push_back(keyColumns);
 
     std::string typeless;
     size_t copied = 0;

@@ -16,6 +16,9 @@ struct ColumnInfo {
 struct TableInfo {
     std::vector<ColumnInfo> columns;
     int integerPrimaryKey = -1; // the column that is the rowid, if any
+    // Columns of the unique indexes the statement implies, in the order
+    // SQLite 2 creates them as "(TABLE autoindex N)".
+    std::vector<std::vector<int>> automaticIndexes;
     // The same statement without declared types (the rowid column keeps its
     // INTEGER), so SQLite 3 stores every value exactly as the text it was.
     std::string typelessSql;

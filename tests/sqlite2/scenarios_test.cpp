@@ -1,3 +1,4 @@
+#include "Sqlite2Checker.h"
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
 
@@ -47,6 +48,8 @@ TEST_P(Scenarios, ProduceTheExpectedDump)
         EXPECT_EQ(after.substr(48, 4), before.substr(48, 4)) << "the byte order is kept";
     }
     EXPECT_EQ(after.size() % 1024, 0u);
+    for (const std::string& problem : CheckSqlite2File(path))
+        ADD_FAILURE() << problem;
 }
 
 // Scenario 14 is left out: SQLite 3 reads the literal 007 as the number 7 and
