@@ -1,12 +1,9 @@
 #include "sqlite/zt_sqlitedatabase.h"
 
+#include "sqlite/zt_sqlite2database.h"
 #include "sqlite/zt_sqlite3database.h"
 #include "zttl/zt_parse.h"
 #include "zttl/zt_report.h"
-
-#ifdef ROWKEEPER_HAVE_SQLITE2
-#include "sqlite/zt_sqlite2database.h"
-#endif
 
 #include <cstdlib>
 #include <cstring>
@@ -124,22 +121,15 @@ ZT_SQLiteDatabase* OpenDatabase(const char* file)
 {
     if (ZT_SQLiteDatabase* database = TryGeneration<ZT_SQLite3Database>(file))
         return database;
-#ifdef ROWKEEPER_HAVE_SQLITE2
     if (ZT_SQLiteDatabase* database = TryGeneration<ZT_SQLite2Database>(file))
         return database;
-#endif
     return nullptr;
 }
 
 ZT_SQLiteDatabase* CreateDatabase(const char* file, int generation)
 {
-    if (generation == 2) {
-#ifdef ROWKEEPER_HAVE_SQLITE2
+    if (generation == 2)
         return new (std::nothrow) ZT_SQLite2Database(file);
-#else
-        return nullptr; // built without the 2.x engine
-#endif
-    }
     return new (std::nothrow) ZT_SQLite3Database(file);
 }
 

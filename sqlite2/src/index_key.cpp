@@ -136,11 +136,6 @@ std::string SortableNumberText(double r)
     return out;
 }
 
-std::string EncodeRowidField(int32_t rowid)
-{
-    return "b" + SortableNumberText(double(rowid)) + std::string(1, '\0');
-}
-
 std::string EncodeIndexKey(const std::vector<IndexField>& fields, int32_t rowid)
 {
     std::string key;

@@ -17,7 +17,5 @@ struct IndexField {
 };
 // Fields tagged a (NULL), b (number) or c (text), each ended by 0x00, then the rowid key.
 std::string EncodeIndexKey(const std::vector<IndexField>& fields, int32_t rowid);
-// The field of an INTEGER PRIMARY KEY column: always its rowid as a number.
-std::string EncodeRowidField(int32_t rowid);
 
 } // namespace sqlite2
