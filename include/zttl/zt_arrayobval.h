@@ -133,6 +133,24 @@ public:
             data[last].Store(text);
     }
 
+    void SetAtGrow(int i, const char* text)
+    {
+        if (i < 0)
+            return;
+        if (i + 1 >= count && !SetSize(i + 1))
+            return;
+        data[i].Store(text);
+    }
+
+    // Element i; a missing one is first filled with "<not initialized>", so
+    // that a statement built from it shows the gap instead of failing.
+    const char* GetAtOrInit(int i)
+    {
+        if (i < 0 || i >= count)
+            SetAtGrow(i, "<not initialized>");
+        return (i >= 0 && i < count) ? data[i].text : "<not initialized>";
+    }
+
     // Unchecked; null for an element added with an empty text.
     const char* operator[](int i) const { return data[i].text; }
 

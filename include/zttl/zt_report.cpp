@@ -58,6 +58,18 @@ void ZT_Assert(bool ok, const char* header, int line)
         ReportMessage("A_ assertion failed: %s(%d)", header, line);
 }
 
+void ZT_Trace(const char* format, ...)
+{
+    if (!format)
+        return;
+    char text[2048];
+    va_list args;
+    va_start(args, format);
+    vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    ZT_DebugDump(text);
+}
+
 void ZT_DebugDump(const char* text)
 {
     if (text && *text)

@@ -16,5 +16,8 @@ void ReportMessage(const char* format, ...) __attribute__((format(printf, 1, 2))
 // A failed check is reported with the header name and line; execution goes on.
 void ZT_Assert(bool ok, const char* header, int line);
 
+// printf-style text to the debug trace as it is (no severity letter).
+void ZT_Trace(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
 // Plain debug dump output (no severity parsing), used by the pointer array.
 void ZT_DebugDump(const char* text);

@@ -56,6 +56,14 @@ public:
     void Replace(const char* what, const char* with);
     ZT_String SplitOff(const char* separator);
     void FoldAccents();
+    void FoldForMatch(bool withPunctuation = true);
+    void MakeLower();
+    bool StartsWith(const char* text) const;
+    bool IsEqual(const char* text) const;
+    // Case-insensitive, and then also with accents and "*?-_" folded.
+    bool ContainsLoosely(const char* text) const;
+    // Appends separator and text, or takes text when the string is empty.
+    ZT_String& AppendWithSeparator(const char* text, const char* separator);
     void StripTags(const char* open, const char* close, int start = -1);
 
     // Formatting.

@@ -31,6 +31,12 @@ public:
     void SetInt(int32_t n);
     void SetDouble(double d);
     void SetQuotedText(const char* text);
+    // A text value holding exactly this text (null is the empty text).
+    void SetText(const char* text)
+    {
+        Set(text);
+        kind = kindText;
+    }
     bool SetFromText(const char* text);
 
     const char* GetText();
