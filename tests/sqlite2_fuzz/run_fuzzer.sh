@@ -10,5 +10,6 @@ clang++-14 -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -fno-sanitize-r
   -I"$source_dir/sqlite2/include" -I"$source_dir/sqlite2/src" \
   "$source_dir/tests/sqlite2_fuzz/read_fuzzer.cpp" "$source_dir"/sqlite2/src/*.cpp \
   -lsqlite3 -o "$work/read_fuzzer"
-"$work/read_fuzzer" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -detect_leaks=1 \
+cd "$work"  # artifacts (crash-*, timeout-*) land here
+"$work/read_fuzzer" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 -detect_leaks=1 \
   -print_final_stats=1 "$work/corpus"
