@@ -75,11 +75,8 @@ bool ZT_SQLite2Database::Detach(const char* attachName)
 
 bool ZT_SQLite2Database::Execute(const char* sql)
 {
-    if (!handle) {
-        SetError(notOpenMessage);
-        ReportError("SQLite exec failed: %s", GetError());
-        return false;
-    }
+    if (!handle)
+        return RejectUnopened("SQLite exec failed: %s");
     char* message = nullptr;
     if (sqlite_exec(Handle(), sql, nullptr, nullptr, &message) != 0) {
         TakeError(message);
@@ -108,10 +105,7 @@ sqlite_vm* ZT_SQLite2Database::Prepare(const char* sql)
 
 bool ZT_SQLite2Database::QueryValueArgs(ZT_String& out, const char* format, const ZT_FormatArg* args, int count)
 {
-    ZT_String sql;
-    sql.SetSize(512);
-    sql.Empty();
-    sql.FormatAppendArgs(format, args, count);
+    ZT_String sql = Render(format, args, count);
     sqlite_vm* vm = Prepare(sql.GetString());
     if (!vm)
         return false;
@@ -131,11 +125,8 @@ bool ZT_SQLite2Database::QueryValueArgs(ZT_String& out, const char* format, cons
 int ZT_SQLite2Database::FillResult(ZT_SQLiteResultSet& result, const char* sql)
 {
     result.Clear();
-    if (!handle) {
-        SetError(notOpenMessage);
-        ReportError("SQLITE %s", GetError());
-        return 0;
-    }
+    if (!handle)
+        return RejectUnopened("SQLITE %s");
     char** table = nullptr;
     int rows = 0;
     int columns = 0;

@@ -60,11 +60,8 @@ bool ZT_SQLite3Database::Close()
 
 bool ZT_SQLite3Database::Execute(const char* sql)
 {
-    if (!handle) {
-        SetError(notOpenMessage);
-        ReportError("SQLite exec failed: %s", GetError());
-        return false;
-    }
+    if (!handle)
+        return RejectUnopened("SQLite exec failed: %s");
     char* message = nullptr;
     if (sqlite3_exec(Handle(), sql, nullptr, nullptr, &message) != 0) {
         TakeError(message);
@@ -89,10 +86,7 @@ sqlite3_stmt* ZT_SQLite3Database::Prepare(const char* sql)
 
 bool ZT_SQLite3Database::QueryValueArgs(ZT_String& out, const char* format, const ZT_FormatArg* args, int count)
 {
-    ZT_String sql;
-    sql.SetSize(512);
-    sql.Empty();
-    sql.FormatAppendArgs(format, args, count);
+    ZT_String sql = Render(format, args, count);
     sqlite3_stmt* statement = Prepare(sql.GetString());
     if (!statement)
         return false; // also for an empty text, which prepares to no statement
@@ -106,11 +100,8 @@ bool ZT_SQLite3Database::QueryValueArgs(ZT_String& out, const char* format, cons
 int ZT_SQLite3Database::FillResult(ZT_SQLiteResultSet& result, const char* sql)
 {
     result.Clear();
-    if (!handle) {
-        SetError(notOpenMessage);
-        ReportError("SQLITE %s", GetError());
-        return 0;
-    }
+    if (!handle)
+        return RejectUnopened("SQLITE %s");
     char** table = nullptr;
     int rows = 0;
     int columns = 0;

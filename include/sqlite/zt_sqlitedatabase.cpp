@@ -57,34 +57,40 @@ bool ZT_SQLiteDatabase::OpenOrCreate()
     return true;
 }
 
-bool ZT_SQLiteDatabase::ExecuteFormatArgs(const char* format, const ZT_FormatArg* args, int count)
+bool ZT_SQLiteDatabase::RejectUnopened(const char* reportFormat)
+{
+    SetError("unable to open database file");
+    ReportError(reportFormat, GetError());
+    return false;
+}
+
+ZT_String ZT_SQLiteDatabase::Render(const char* format, const ZT_FormatArg* args, int count)
 {
     ZT_String sql;
     sql.FormatAppendArgs(format, args, count);
-    return Execute(sql.GetString());
+    return sql;
+}
+
+bool ZT_SQLiteDatabase::ExecuteFormatArgs(const char* format, const ZT_FormatArg* args, int count)
+{
+    return Execute(Render(format, args, count).GetString());
 }
 
 int ZT_SQLiteDatabase::QueryListArgs(ZT_SQLiteList& result, const char* format, const ZT_FormatArg* args, int count)
 {
-    ZT_String sql;
-    sql.FormatAppendArgs(format, args, count);
-    return FillResult(result, sql.GetString());
+    return FillResult(result, Render(format, args, count).GetString());
 }
 
 int ZT_SQLiteDatabase::QueryRecordArgs(ZT_SQLiteRecord& result, const char* format, const ZT_FormatArg* args,
                                        int count)
 {
-    ZT_String sql;
-    sql.FormatAppendArgs(format, args, count);
-    return FillResult(result, sql.GetString());
+    return FillResult(result, Render(format, args, count).GetString());
 }
 
 int ZT_SQLiteDatabase::QueryTableArgs(ZT_SQLiteTable& result, const char* format, const ZT_FormatArg* args,
                                       int count)
 {
-    ZT_String sql;
-    sql.FormatAppendArgs(format, args, count);
-    return FillResult(result, sql.GetString());
+    return FillResult(result, Render(format, args, count).GetString());
 }
 
 bool ZT_SQLiteDatabase::TableExists(const char* tableName)

@@ -71,6 +71,9 @@ protected:
     // Fills a holder from the library's get_table call; shared by the three query kinds.
     virtual int FillResult(ZT_SQLiteResultSet& result, const char* sql) = 0;
     void SetError(const char* text) { error.Set(text); }
+    // An object whose file did not open answers every statement with this.
+    bool RejectUnopened(const char* reportFormat);
+    static ZT_String Render(const char* format, const ZT_FormatArg* args, int count);
     void ClearError() { error.Empty(); }
     bool NameIsUsable() const { return name[0] != 0; }
 

@@ -22,7 +22,7 @@ void Trace(const char* text)
     size_t length = strlen(text);
     if (length <= 2)
         return;
-    char line[1200];
+    char line[2100];
     if (text[1] == '_')
         snprintf(line, sizeof line, "%s  \t[%c]\n", text + 3, text[0]);
     else
@@ -43,19 +43,13 @@ void ReportMessage(const char* format, ...)
 {
     if (!format)
         return;
-    char text[1024];
+    char text[2048];
     va_list args;
     va_start(args, format);
     vsnprintf(text, sizeof text, format, args);
     va_end(args);
     // No application main window exists in a console program, so only the trace is written.
     Trace(text);
-}
-
-void ZT_Assert(bool ok, const char* header, int line)
-{
-    if (!ok)
-        ReportMessage("A_ assertion failed: %s(%d)", header, line);
 }
 
 void ZT_Trace(const char* format, ...)
@@ -68,6 +62,12 @@ void ZT_Trace(const char* format, ...)
     vsnprintf(text, sizeof text, format, args);
     va_end(args);
     ZT_DebugDump(text);
+}
+
+void ZT_Assert(bool ok, const char* header, int line)
+{
+    if (!ok)
+        ReportMessage("A_ assertion failed: %s(%d)", header, line);
 }
 
 void ZT_DebugDump(const char* text)
