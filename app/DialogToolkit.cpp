@@ -8,7 +8,8 @@
 namespace {
 
 using InitFunction = bool (*)(int argc, char** argv);
-using RowCommandFunction = int (*)(int mode, ZT_SQLiteDatabase* database, const char* table, const char* where);
+using ParamsDialogFunction = int (*)(ZT_ParameterGroup* set);
+using RowEditorFunction = void (*)(ZT_SQLiteDatabase* database, SQLiteParameterSet* set);
 
 void* dialogModule = nullptr;
 
@@ -46,10 +47,18 @@ bool InitDialogToolkit(int argc, char** argv)
     return init && init(argc, argv);
 }
 
-int RunRowCommand(CommandMode mode, ZT_SQLiteDatabase* database, const ZT_String& table, const ZT_String& where)
+// Without the module nothing can be edited: the same as Cancel.
+int RunParamsDialog(ZT_ParameterGroup& set)
 {
-    if (!dialogModule)
-        return 0;
-    auto run = reinterpret_cast<RowCommandFunction>(dlsym(dialogModule, "RowkeeperRunRowCommand"));
-    return run ? run(int(mode), database, table.GetString(), where.GetString()) : 0;
+    auto run = dialogModule ? reinterpret_cast<ParamsDialogFunction>(dlsym(dialogModule, "RowkeeperRunParamsDialog"))
+                            : nullptr;
+    return run ? run(&set) : 0;
+}
+
+void RunRowEditor(ZT_SQLiteDatabase& database, SQLiteParameterSet& set)
+{
+    auto run = dialogModule ? reinterpret_cast<RowEditorFunction>(dlsym(dialogModule, "RowkeeperRunRowEditor"))
+                            : nullptr;
+    if (run)
+        run(&database, &set);
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "CommandMode.h"
-#include "zttl/zt_string.h"
-
+class ZT_ParameterGroup;
+class SQLiteParameterSet;
 class ZT_SQLiteDatabase;
 
 // The dialogs live in a module of their own, loaded only by the row
@@ -10,5 +9,8 @@ class ZT_SQLiteDatabase;
 // False when the module or the toolkit cannot start (no display included).
 bool InitDialogToolkit(int argc, char** argv);
 
-// Runs a row command inside the module; the database is already open.
-int RunRowCommand(CommandMode mode, ZT_SQLiteDatabase* database, const ZT_String& table, const ZT_String& where);
+// Edits one row's values; above 0 when the user accepted them.
+int RunParamsDialog(ZT_ParameterGroup& set);
+
+// Pages through the rows of the set's table, writing changes as it goes.
+void RunRowEditor(ZT_SQLiteDatabase& database, SQLiteParameterSet& set);

@@ -1,7 +1,7 @@
 #include "RunCommand.h"
 
-#include "DialogToolkit.h"
 #include "QueryOutput.h"
+#include "RowCommands.h"
 #include "sqlite/zt_sqlitedatabase.h"
 
 #include <cstdio>
@@ -92,11 +92,8 @@ int RunCommand(CommandMode mode, const ZT_String& file, const ZT_String& table, 
         return RunQueryTable(mode, database, sql);
     case modeEditRow:
     case modeEditRows:
-    case modeInsertRow: {
-        int status = RunRowCommand(mode, database, table, sql);
-        ReleaseDatabase(database);
-        return status;
-    }
+    case modeInsertRow:
+        return RunRowCommand(mode, database, table, sql);
     case modeNone:
         break;
     }

@@ -1,11 +1,12 @@
 // Entry points of the dialog module, found with dlsym by the front end.
+#include "EnhGUI/ParamsDialog.h"
+#include "sqlite/SQLiteRowDialog.h"
+
 #include <QApplication>
 
 #include <cstdlib>
 #include <cstring>
 #include <xcb/xcb.h>
-
-class ZT_SQLiteDatabase;
 
 namespace {
 
@@ -49,8 +50,17 @@ extern "C" __attribute__((visibility("default"))) bool RowkeeperInitDialogs(int,
     return true;
 }
 
-extern "C" __attribute__((visibility("default"))) int RowkeeperRunRowCommand(int, ZT_SQLiteDatabase*, const char*,
-                                                                              const char*)
+// The row-insert and row-edit dialog: above 0 when the user accepted.
+extern "C" __attribute__((visibility("default"))) int RowkeeperRunParamsDialog(ZT_ParameterGroup* set)
 {
-    return 0;
+    ParamsDialog dialog(*set, nullptr, nullptr);
+    return dialog.RunModal();
+}
+
+// The row-wise editor writes what it changes itself.
+extern "C" __attribute__((visibility("default"))) void RowkeeperRunRowEditor(ZT_SQLiteDatabase* database,
+                                                                             SQLiteParameterSet* set)
+{
+    SQLiteRowDialog dialog(database, set, nullptr, nullptr);
+    dialog.RunModal();
 }
