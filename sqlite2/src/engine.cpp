@@ -103,6 +103,9 @@ bool Engine::Load(std::string& error)
         error = "out of memory";
         return false;
     }
+    // 2.8 parses CHECK constraints but never enforces them; the mirror's
+    // typeless columns would compare their texts against numbers anyway.
+    sqlite3_exec(mirror, "PRAGMA ignore_check_constraints=ON", nullptr, nullptr, nullptr);
     if (!image.IsEmptyDatabase()) {
         std::vector<Entry> schema;
         if (!image.ReadTree(2, schema, error))
