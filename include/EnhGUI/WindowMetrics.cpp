@@ -17,10 +17,11 @@ int Metric(QStyle::PixelMetric metric)
 
 } // namespace
 
-// A sizing frame is about two of the style's frame widths thick.
+// A sizing frame is about two of the style's frame widths thick, and never
+// thinner than a desktop's usual four pixels.
 int FrameSize()
 {
-    return std::max(2, 2 * Metric(QStyle::PM_DefaultFrameWidth));
+    return std::max(4, 2 * Metric(QStyle::PM_DefaultFrameWidth));
 }
 
 // A window cannot be shorter than its caption and frame.

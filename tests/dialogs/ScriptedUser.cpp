@@ -10,6 +10,7 @@
 //   focus            append the name of the focused control to the log
 //   stamp            append the wall clock in nanoseconds to the log
 //   shot FILE        save a picture of the screen (or of the window, offscreen)
+//   wait MS          let the window manager and painting catch up
 // The log is the file named by ROWKEEPER_SCRIPTED_LOG. A window still open
 // 20 s after the last action is closed, so a wrong script cannot hang a test.
 #include <QAbstractButton>
@@ -111,7 +112,11 @@ void SendKey(QWidget* window, const QString& name)
 void TakeShot(QWidget* window, const QString& file)
 {
     QScreen* screen = window->screen();
-    QPixmap picture = QGuiApplication::platformName() == "xcb" && screen ? screen->grabWindow(0) : window->grab();
+    // On a real display: the screen around the window, decorations included.
+    const QRect around = window->frameGeometry().adjusted(-12, -12, 12, 12);
+    QPixmap picture = QGuiApplication::platformName() == "xcb" && screen
+                          ? screen->grabWindow(0, around.x(), around.y(), around.width(), around.height())
+                          : window->grab();
     picture.save(file);
 }
 
@@ -153,8 +158,10 @@ void PlayNext()
         });
         return;
     }
-    Perform(pendingActions.takeFirst().trimmed());
-    QTimer::singleShot(0, PlayNext);
+    const QString action = pendingActions.takeFirst().trimmed();
+    Perform(action);
+    const int delay = action.startsWith("wait ") ? action.section(' ', 1).toInt() : 0;
+    QTimer::singleShot(delay, PlayNext);
 }
 
 class FirstDialogWatcher : public QObject {
