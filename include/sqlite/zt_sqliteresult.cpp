@@ -1,10 +1,10 @@
 #include "sqlite/zt_sqliteresult.h"
 
+#include "sqlite/zt_packedtable.h"
 #include "zttl/zt_report.h"
 
 #include <cstdlib>
 #include <new>
-#include <sqlite3.h>
 
 ZT_SQLiteResult::ZT_SQLiteResult(char** table) : table(table), counter(new (std::nothrow) int(1)) {}
 
@@ -33,7 +33,7 @@ ZT_SQLiteResult::~ZT_SQLiteResult()
 void ZT_SQLite3Result::FreeTable()
 {
     if (table) {
-        sqlite3_free_table(table);
+        FreePackedTable(table);
         table = nullptr;
     }
 }
