@@ -3,30 +3,53 @@
 #include "sqlite/SQLiteRowDialog.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLibraryInfo>
 
-#include <cstdlib>
-#include <cstring>
 #include <xcb/xcb.h>
 
 namespace {
 
-// Qt's X11 plugin aborts the process when it cannot reach a display, so
-// look for one first and fail cleanly instead.
-bool DisplayAvailable()
+// Qt aborts the process when its platform plugin is missing or cannot reach
+// a display, so make sure of both first and fail cleanly instead.
+bool PlatformPluginExists(const QString& platform)
 {
-    const char* platform = getenv("QT_QPA_PLATFORM");
-    if (platform && *platform && strncmp(platform, "xcb", 3) != 0)
-        return true; // offscreen, wayland, ...: Qt reports their failures itself
-    if (!platform || !*platform) {
-        const char* wayland = getenv("WAYLAND_DISPLAY");
-        if (wayland && *wayland)
-            return true;
-    }
+    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
+    return !plugins.entryList({QStringLiteral("libq") + platform + QStringLiteral("*.so")}, QDir::Files).isEmpty();
+}
+
+bool XDisplayReachable()
+{
     xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
     bool reachable = connection && !xcb_connection_has_error(connection);
     if (connection)
         xcb_disconnect(connection);
     return reachable;
+}
+
+// A Wayland compositor listens on a socket named by WAYLAND_DISPLAY.
+bool WaylandDisplayReachable()
+{
+    const QString name = qEnvironmentVariable("WAYLAND_DISPLAY");
+    if (name.isEmpty())
+        return false;
+    const QString socket = name.startsWith('/') ? name : qEnvironmentVariable("XDG_RUNTIME_DIR") + '/' + name;
+    return QFileInfo::exists(socket) && PlatformPluginExists(QStringLiteral("wayland"));
+}
+
+bool DisplayAvailable()
+{
+    const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM").section(':', 0, 0);
+    if (!platform.isEmpty() && platform != QStringLiteral("xcb"))
+        return PlatformPluginExists(platform); // offscreen, wayland, vnc, ...
+    if (XDisplayReachable())
+        return true;
+    if (platform.isEmpty() && WaylandDisplayReachable()) {
+        qputenv("QT_QPA_PLATFORM", "wayland");
+        return true;
+    }
+    return false;
 }
 
 // The console belongs to the front end: the toolkit's own warnings are dropped.

@@ -94,6 +94,17 @@ TEST(CommandLine, UnreachableDisplayIsNoDisplay)
     EXPECT_EQ(r.err, "Fatal Error: MFC initialization failed\n");
 }
 
+TEST(CommandLine, MissingToolkitPlatformIsNoDisplay)
+{
+    for (std::vector<std::string> env : {std::vector<std::string>{"QT_QPA_PLATFORM=nosuchplatform"},
+                                         {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY=wayland-97"}}) {
+        RunResult r = Rowkeeper({"--insert-row", "f.db", "t"}, env);
+        EXPECT_EQ(r.status, 1) << env[0];
+        EXPECT_EQ(r.out, banner) << env[0];
+        EXPECT_EQ(r.err, "Fatal Error: MFC initialization failed\n") << env[0];
+    }
+}
+
 TEST(CommandLine, LastRecognisedOptionWins)
 {
     TempDir dir;
