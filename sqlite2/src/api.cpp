@@ -3,6 +3,8 @@
 
 #include "engine.h"
 
+#include <cctype>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -15,6 +17,7 @@ struct sqlite {
 
 struct sqlite_vm {
     sqlite* db = nullptr;
+    sqlite3* connection = nullptr; // the mirror or the reader
     sqlite3_stmt* statement = nullptr;
     std::vector<std::string> texts;
     std::vector<const char*> values;
@@ -57,15 +60,123 @@ int WriteBack(sqlite* db, int rc, char** errmsg)
     return rc;
 }
 
-int Finish(sqlite* db, int rc, char* message3, char** errmsg)
+int Finish(sqlite* db, int rc, const std::string& message, char** errmsg)
 {
     if (errmsg)
         *errmsg = nullptr;
     if (rc != SQLITE_OK)
-        SetMessage(errmsg, In28Words(message3 ? message3 : sqlite3_errmsg(db->engine.Mirror())));
-    sqlite3_free(message3);
+        SetMessage(errmsg, In28Words(message.c_str()));
     return WriteBack(db, rc & 0xFF, errmsg);
 }
+
+bool EmptyResultCallbacks(sqlite3* mirror)
+{
+    sqlite3_stmt* statement = nullptr;
+    bool on = sqlite3_prepare_v2(mirror, "PRAGMA empty_result_callbacks", -1, &statement, nullptr) == SQLITE_OK &&
+              sqlite3_step(statement) == SQLITE_ROW && sqlite3_column_int(statement, 0) != 0;
+    sqlite3_finalize(statement);
+    return on;
+}
+
+// sqlite3_exec's loop, each statement prepared where the engine runs it:
+// rows to the callback, once with no values for a statement without rows
+// when empty_result_callbacks is on, the first failure ends the text.
+int RunStatements(sqlite* db, const char* sql, sqlite_callback callback, void* arg, std::string& error)
+{
+    const bool emptyCallbacks = callback && EmptyResultCallbacks(db->engine.Mirror());
+    std::vector<const char*> names;
+    std::vector<const char*> values;
+    const char* rest = sql;
+    while (rest && *rest) {
+        sqlite3_stmt* statement = nullptr;
+        sqlite3* connection = nullptr;
+        const char* tail = nullptr;
+        int rc = db->engine.Prepare(rest, &statement, &tail, &connection, error);
+        if (rc != SQLITE_OK)
+            return rc;
+        rest = tail;
+        if (!statement)
+            continue;
+        const int columns = sqlite3_column_count(statement);
+        bool calledBack = false;
+        for (;;) {
+            rc = sqlite3_step(statement);
+            if (callback && (rc == SQLITE_ROW || (rc == SQLITE_DONE && !calledBack && emptyCallbacks))) {
+                if (!calledBack) {
+                    names.clear();
+                    for (int c = 0; c < columns; ++c)
+                        names.push_back(sqlite3_column_name(statement, c));
+                    calledBack = true;
+                }
+                values.clear();
+                if (rc == SQLITE_ROW)
+                    for (int c = 0; c < columns; ++c)
+                        values.push_back(reinterpret_cast<const char*>(sqlite3_column_text(statement, c)));
+                if (callback(arg, columns, rc == SQLITE_ROW ? const_cast<char**>(values.data()) : nullptr,
+                             const_cast<char**>(names.data()))) {
+                    sqlite3_finalize(statement);
+                    error = "callback requested query abort";
+                    return SQLITE_ABORT;
+                }
+            }
+            if (rc != SQLITE_ROW)
+                break;
+        }
+        if (sqlite3_finalize(statement) != SQLITE_OK) {
+            error = sqlite3_errmsg(connection);
+            return sqlite3_errcode(connection);
+        }
+        while (*rest && isspace(static_cast<unsigned char>(*rest)))
+            ++rest;
+    }
+    return SQLITE_OK;
+}
+
+// The result array of sqlite_get_table, built as 2.8 builds it: the names
+// once, then every row of every statement, all statements alike in width.
+struct TableResult {
+    std::vector<char*> entries{nullptr}; // slot 0 keeps the entry count for freeing
+    int rows = 0;
+    int columns = 0;
+    std::string error;
+
+    char* Copy(const char* text)
+    {
+        if (!text)
+            return nullptr;
+        size_t n = strlen(text) + 1;
+        char* copy = static_cast<char*>(malloc(n));
+        if (copy)
+            memcpy(copy, text, n);
+        return copy;
+    }
+
+    static int Collect(void* context, int count, char** values, char** names)
+    {
+        auto* table = static_cast<TableResult*>(context);
+        if (table->rows == 0) {
+            table->columns = count;
+            for (int i = 0; i < count; ++i)
+                table->entries.push_back(table->Copy(names[i] ? names[i] : ""));
+        } else if (table->columns != count) {
+            table->error = "sqlite_get_table() called with two or more incompatible queries";
+            return 1;
+        }
+        if (values) {
+            for (int i = 0; i < count; ++i)
+                table->entries.push_back(table->Copy(values[i]));
+            ++table->rows;
+        }
+        return 0;
+    }
+
+    void Free()
+    {
+        for (size_t i = 1; i < entries.size(); ++i)
+            free(entries[i]);
+        entries.assign(1, nullptr);
+    }
+};
 
 } // namespace
 
@@ -98,23 +209,52 @@ int sqlite_exec(sqlite* db, const char* sql, sqlite_callback callback, void* arg
 {
     if (!db || !sql)
         return SQLITE_MISUSE;
-    char* message = nullptr;
-    int rc = sqlite3_exec(db->engine.Mirror(), sql, callback, arg, &message);
-    return Finish(db, rc, message, errmsg);
+    std::string error;
+    int rc = RunStatements(db, sql, callback, arg, error);
+    return Finish(db, rc, error, errmsg);
 }
 
 int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int* ncolumn, char** errmsg)
 {
     if (!db || !sql || !result)
         return SQLITE_MISUSE;
-    char* message = nullptr;
-    int rc = sqlite3_get_table(db->engine.Mirror(), sql, result, nrow, ncolumn, &message);
-    return Finish(db, rc, message, errmsg);
+    *result = nullptr;
+    TableResult table;
+    std::string error;
+    int rc = RunStatements(db, sql, TableResult::Collect, &table, error);
+    if (!table.error.empty()) {
+        error = table.error;
+        rc = SQLITE_ERROR;
+    }
+    if (rc == SQLITE_OK) {
+        auto** array = static_cast<char**>(malloc(table.entries.size() * sizeof(char*)));
+        if (!array) {
+            rc = SQLITE_NOMEM;
+            error = "out of memory";
+        } else {
+            memcpy(array, table.entries.data(), table.entries.size() * sizeof(char*));
+            array[0] = reinterpret_cast<char*>(uintptr_t(table.entries.size()));
+            *result = array + 1;
+            if (nrow)
+                *nrow = table.rows;
+            if (ncolumn)
+                *ncolumn = table.columns;
+            table.entries.assign(1, nullptr); // now owned by the caller
+        }
+    }
+    table.Free();
+    return Finish(db, rc, error, errmsg);
 }
 
 void sqlite_free_table(char** result)
 {
-    sqlite3_free_table(result);
+    if (!result)
+        return;
+    char** array = result - 1;
+    const size_t count = size_t(reinterpret_cast<uintptr_t>(array[0]));
+    for (size_t i = 1; i < count; ++i)
+        free(array[i]);
+    free(array);
 }
 
 int sqlite_compile(sqlite* db, const char* sql, const char** tail, sqlite_vm** vm, char** errmsg)
@@ -128,8 +268,9 @@ int sqlite_compile(sqlite* db, const char* sql, const char** tail, sqlite_vm** v
     if (!machine)
         return SQLITE_NOMEM;
     machine->db = db;
-    if (sqlite3_prepare_v2(db->engine.Mirror(), sql, -1, &machine->statement, tail) != SQLITE_OK) {
-        SetMessage(errmsg, In28Words(sqlite3_errmsg(db->engine.Mirror())));
+    std::string error;
+    if (db->engine.Prepare(sql, &machine->statement, tail, &machine->connection, error) != SQLITE_OK) {
+        SetMessage(errmsg, In28Words(error.c_str()));
         delete machine;
         return SQLITE_ERROR;
     }
@@ -182,9 +323,10 @@ int sqlite_finalize(sqlite_vm* vm, char** errmsg)
         return SQLITE_OK;
     int rc = vm->statement ? sqlite3_finalize(vm->statement) : SQLITE_OK;
     sqlite* db = vm->db;
+    sqlite3* connection = vm->connection;
     delete vm;
     if (rc != SQLITE_OK)
-        SetMessage(errmsg, In28Words(sqlite3_errmsg(db->engine.Mirror())));
+        SetMessage(errmsg, In28Words(sqlite3_errmsg(connection)));
     return WriteBack(db, rc & 0xFF, errmsg);
 }
 

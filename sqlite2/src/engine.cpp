@@ -90,15 +90,20 @@ bool Engine::Open(const std::string& path, std::string& error)
 
 bool Engine::Load(std::string& error)
 {
+    reader.Close();
     if (mirror) {
         sqlite3_close(mirror);
         mirror = nullptr;
     }
     origins.clear();
+    materialized = false;
+    std::string content;
     bool read = file.ReadUnderLock(content, error);
     file.Unlock();
-    if (!read || !image.Load(content, error))
+    auto loaded = std::make_shared<FileImage>();
+    if (!read || !loaded->Load(std::move(content), error))
         return false;
+    image = loaded;
     if (sqlite3_open(":memory:", &mirror) != SQLITE_OK) {
         error = "out of memory";
         return false;
@@ -106,9 +111,11 @@ bool Engine::Load(std::string& error)
     // 2.8 parses CHECK constraints but never enforces them; the mirror's
     // typeless columns would compare their texts against numbers anyway.
     sqlite3_exec(mirror, "PRAGMA ignore_check_constraints=ON", nullptr, nullptr, nullptr);
-    if (!image.IsEmptyDatabase()) {
+    std::vector<ReaderTable> readerTables;
+    std::vector<std::string> views;
+    if (!image->IsEmptyDatabase()) {
         std::vector<Entry> schema;
-        if (!image.ReadTree(2, schema, error))
+        if (!image->ReadTree(2, schema, error))
             return false;
         std::vector<std::pair<std::string, std::string>> tables;
         sqlite3_exec(mirror, "BEGIN", nullptr, nullptr, nullptr);
@@ -123,13 +130,20 @@ bool Engine::Load(std::string& error)
             const std::string& type = *fields[0];
             const std::string& sql = *fields[4];
             if (type == "table") {
+                const std::string name = fields[1].value_or("");
                 uint32_t root = uint32_t(strtoul(fields[3].value_or("0").c_str(), nullptr, 10));
-                if (!LoadTable(fields[1].value_or(""), sql, root, error))
-                    return false;
-                tables.emplace_back(fields[1].value_or(""), sql);
+                if (!CreateTable(name, sql, root))
+                    continue;
+                const TableInfo& info = origins[Lower(name)].info;
+                ReaderTable table{name, root, {}, info.integerPrimaryKey};
+                for (const ColumnInfo& column : info.columns)
+                    table.columns.push_back(column.name);
+                readerTables.push_back(std::move(table));
+                tables.emplace_back(name, sql);
             } else {
                 // Like 2.8, an object whose statement fails is simply left out.
-                sqlite3_exec(mirror, sql.c_str(), nullptr, nullptr, nullptr);
+                if (sqlite3_exec(mirror, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK && type == "view")
+                    views.push_back(sql);
             }
         }
         // The mirror's tables were made without declared types; show the real statements.
@@ -145,19 +159,51 @@ bool Engine::Load(std::string& error)
         }
         sqlite3_exec(mirror, "PRAGMA writable_schema=OFF; COMMIT", nullptr, nullptr, nullptr);
     }
+    materialized = origins.empty();
+    if (!materialized && !reader.Build(image, readerTables, views, error))
+        return error.empty() && Materialize(error);
     sqlite3_set_last_insert_rowid(mirror, 0); // loading is not inserting
     TakeBaseline();
     return true;
 }
 
-bool Engine::LoadTable(const std::string& name, const std::string& sql, uint32_t root, std::string& error)
+bool Engine::CreateTable(const std::string& name, const std::string& sql, uint32_t root)
 {
     TableOrigin origin;
     if (!ParseCreateTable(sql, origin.info) ||
         sqlite3_exec(mirror, origin.info.typelessSql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        return true; // a table 2.8 cannot parse does not exist for it either
+        return false; // a table 2.8 cannot parse does not exist for it either
+    origin.name = name;
+    origin.root = root;
+    origins[Lower(name)] = std::move(origin);
+    return true;
+}
+
+// The rows of every table copied into the mirror: needed before anything
+// that writes, and before reads the reader cannot serve.
+bool Engine::Materialize(std::string& error)
+{
+    if (materialized)
+        return true;
+    reader.Close();
+    const sqlite3_int64 lastInserted = sqlite3_last_insert_rowid(mirror);
+    sqlite3_exec(mirror, "BEGIN", nullptr, nullptr, nullptr);
+    for (auto& [key, origin] : origins)
+        if (!FillTable(origin, error)) {
+            sqlite3_exec(mirror, "ROLLBACK", nullptr, nullptr, nullptr);
+            return false;
+        }
+    sqlite3_exec(mirror, "COMMIT", nullptr, nullptr, nullptr);
+    sqlite3_set_last_insert_rowid(mirror, lastInserted);
+    materialized = true;
+    TakeBaseline();
+    return true;
+}
+
+bool Engine::FillTable(TableOrigin& origin, std::string& error)
+{
     const TableInfo& info = origin.info;
-    std::string insert = "INSERT INTO " + QuoteName(name) + "(";
+    std::string insert = "INSERT INTO " + QuoteName(origin.name) + "(";
     std::string placeholders;
     if (info.integerPrimaryKey < 0) {
         insert += "rowid";
@@ -178,7 +224,7 @@ bool Engine::LoadTable(const std::string& name, const std::string& sql, uint32_t
         return false;
     }
     std::vector<Entry> entries;
-    if (!image.ReadTree(root, entries, error)) {
+    if (!image->ReadTree(origin.root, entries, error)) {
         sqlite3_finalize(statement);
         return false;
     }
@@ -211,8 +257,94 @@ bool Engine::LoadTable(const std::string& name, const std::string& sql, uint32_t
         origin.records.emplace(rowid, std::move(entry.data));
     }
     sqlite3_finalize(statement);
-    origins[Lower(name)] = std::move(origin);
     return true;
+}
+
+namespace {
+
+// What a statement touches, as the authorizer reports it while preparing.
+struct StatementAccess {
+    const std::map<std::string, Engine::TableOrigin>* tables;
+    std::vector<std::string> tablesRead;
+    bool schemaRead = false;
+    bool other = false; // pragmas, transactions, attachments, functions of state
+
+    static int Note(void* context, int action, const char* first, const char*, const char*, const char*)
+    {
+        auto* access = static_cast<StatementAccess*>(context);
+        switch (action) {
+        case SQLITE_READ: {
+            const std::string table = Lower(first ? first : "");
+            if (table == "sqlite_master" || table == "sqlite_temp_master" || table == "sqlite_schema" ||
+                table == "sqlite_temp_schema")
+                access->schemaRead = true;
+            else if (access->tables->count(table) &&
+                     std::find(access->tablesRead.begin(), access->tablesRead.end(), table) ==
+                         access->tablesRead.end())
+                access->tablesRead.push_back(table);
+            else if (!access->tables->count(table))
+                access->other = true; // a temporary or attached table the reader lacks
+            break;
+        }
+        case SQLITE_SELECT:
+        case SQLITE_FUNCTION:
+        case SQLITE_RECURSIVE:
+            break;
+        default:
+            access->other = true;
+        }
+        return SQLITE_OK;
+    }
+};
+
+} // namespace
+
+int Engine::Prepare(const char* sql, sqlite3_stmt** statement, const char** tail, sqlite3** connection,
+                    std::string& error)
+{
+    *statement = nullptr;
+    *connection = mirror;
+    if (materialized) {
+        int rc = sqlite3_prepare_v2(mirror, sql, -1, statement, tail);
+        if (rc != SQLITE_OK)
+            error = sqlite3_errmsg(mirror);
+        return rc;
+    }
+
+    StatementAccess access{&origins, {}, false, false};
+    sqlite3_set_authorizer(mirror, StatementAccess::Note, &access);
+    const char* end = nullptr;
+    int rc = sqlite3_prepare_v2(mirror, sql, -1, statement, &end);
+    sqlite3_set_authorizer(mirror, nullptr, nullptr);
+    if (tail)
+        *tail = end;
+    if (rc != SQLITE_OK)
+        error = sqlite3_errmsg(mirror);
+    if (rc != SQLITE_OK || !*statement)
+        return rc;
+
+    const bool readsOnly = sqlite3_stmt_readonly(*statement) && !access.other;
+    if (readsOnly && !access.schemaRead && access.tablesRead.size() <= 1 && sqlite3_get_autocommit(mirror) &&
+        reader.Connection()) {
+        sqlite3_stmt* onReader = nullptr;
+        if (sqlite3_prepare_v2(reader.Connection(), sql, int(end - sql), &onReader, nullptr) == SQLITE_OK &&
+            onReader) {
+            sqlite3_finalize(*statement);
+            *statement = onReader;
+            *connection = reader.Connection();
+            return SQLITE_OK;
+        }
+        sqlite3_finalize(onReader);
+    }
+    // Reading only the schema needs no rows; everything else gets them first.
+    if (readsOnly && access.tablesRead.empty())
+        return SQLITE_OK;
+    if (!Materialize(error)) {
+        sqlite3_finalize(*statement);
+        *statement = nullptr;
+        return SQLITE_CORRUPT;
+    }
+    return SQLITE_OK;
 }
 
 void Engine::TakeBaseline()
@@ -231,7 +363,7 @@ bool Engine::WriteBackChanges(std::string& error)
     if (sqlite3_int64 inserted = sqlite3_last_insert_rowid(mirror))
         insertedBeforeReload = inserted;
     std::string rebuilt;
-    bool written = BuildFile(rebuilt, error) && file.Write(content, rebuilt, error);
+    bool written = BuildFile(rebuilt, error) && file.Write(image->Bytes(), rebuilt, error);
     file.Unlock();
     // Reading the file back keeps the mirror exactly what the file says,
     // also after a failed write.
@@ -251,7 +383,7 @@ sqlite3_int64 Engine::LastInsertRowId() const
 
 bool Engine::BuildFile(std::string& rebuilt, std::string& error)
 {
-    ByteOrder order = image.PageCount() ? image.Order() : ByteOrder{};
+    ByteOrder order = image->PageCount() ? image->Order() : ByteOrder{};
     PageSet pages(order);
     pages.Allocate(); // page 1
     pages.Allocate(); // page 2: the schema root
@@ -367,19 +499,19 @@ bool Engine::BuildFile(std::string& rebuilt, std::string& error)
     // connections re-read them.
     std::vector<Entry> oldSchema;
     std::string ignored;
-    bool schemaSame = !image.IsEmptyDatabase() && image.ReadTree(2, oldSchema, ignored) &&
+    bool schemaSame = !image->IsEmptyDatabase() && image->ReadTree(2, oldSchema, ignored) &&
                       oldSchema.size() == schema.size() &&
                       std::equal(schema.begin(), schema.end(), oldSchema.begin(), [](const Entry& a, const Entry& b) {
                           return a.key == b.key && a.data == b.data;
                       });
     uint8_t* first = pages.Page(1);
-    if (image.PageCount())
-        memcpy(first + 60, image.Page(1) + 60, 36); // keep the meta values
+    if (image->PageCount())
+        memcpy(first + 60, image->Page(1) + 60, 36); // keep the meta values
     memcpy(first, magicText, sizeof magicText);
     order.Put32(first + 48, magicInteger);
     order.Put32(first + 52, 0);
     order.Put32(first + 56, 0);
-    uint32_t cookie = image.PageCount() ? image.Meta(60) : 0;
+    uint32_t cookie = image->PageCount() ? image->Meta(60) : 0;
     if (!schemaSame || cookie == 0)
         cookie = cookie + 1 == 0 ? 1 : cookie + 1;
     order.Put32(first + 60, cookie);

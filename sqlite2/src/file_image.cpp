@@ -50,8 +50,9 @@ const uint8_t* FileImage::Page(uint32_t n) const
 struct FileImage::Walk {
     const FileImage& image;
     std::vector<bool> seen;
-    std::vector<Entry>& entries;
+    const EntrySink& sink;
     std::string& error;
+    std::string assembled; // payloads that continue on overflow pages
 
     bool Fail()
     {
@@ -72,18 +73,19 @@ struct FileImage::Walk {
         return true;
     }
 
-    bool ReadPayload(const uint8_t* page, int offset, Entry& entry)
+    bool ReadPayload(const uint8_t* page, int offset)
     {
         const ByteOrder& order = image.order;
         const uint8_t* cell = page + offset;
         uint32_t keyLength = order.Get16(cell + 4) + 65536u * cell[8];
         uint32_t dataLength = order.Get16(cell + 10) + 65536u * cell[9];
         uint64_t payload = uint64_t(keyLength) + dataLength;
-        std::string bytes;
+        std::string& bytes = assembled;
         if (payload <= uint64_t(maxLocalPayload)) {
             if (offset + cellHeaderSize + payload > uint64_t(pageSize))
                 return Fail();
-            bytes.assign(reinterpret_cast<const char*>(cell + cellHeaderSize), size_t(payload));
+            std::string_view local(reinterpret_cast<const char*>(cell + cellHeaderSize), size_t(payload));
+            return sink(local.substr(0, keyLength), local.substr(keyLength), true) || Fail();
         } else {
             if (offset + 252 > pageSize)
                 return Fail();
@@ -102,9 +104,8 @@ struct FileImage::Walk {
                 next = order.Get32(overflow);
             }
         }
-        entry.key = bytes.substr(0, keyLength);
-        entry.data = bytes.substr(keyLength);
-        return true;
+        std::string_view whole(bytes);
+        return sink(whole.substr(0, keyLength), whole.substr(keyLength), false) || Fail();
     }
 
     bool Visit(uint32_t pageNumber, int depth)
@@ -123,20 +124,29 @@ struct FileImage::Walk {
                 return Fail();
             if (leftChild && !Visit(leftChild, depth + 1))
                 return false;
-            Entry entry;
-            if (!ReadPayload(page, offset, entry))
+            if (!ReadPayload(page, offset))
                 return false;
-            entries.push_back(std::move(entry));
             offset = order.Get16(page + offset + 6);
         }
         return rightChild == 0 || Visit(rightChild, depth + 1);
     }
 };
 
+bool FileImage::WalkTree(uint32_t root, const EntrySink& sink, std::string& error) const
+{
+    Walk walk{*this, std::vector<bool>(size_t(pageCount) + 1, false), sink, error, {}};
+    return walk.Visit(root, 0);
+}
+
 bool FileImage::ReadTree(uint32_t root, std::vector<Entry>& entries, std::string& error) const
 {
-    Walk walk{*this, std::vector<bool>(size_t(pageCount) + 1, false), entries, error};
-    return walk.Visit(root, 0);
+    return WalkTree(
+        root,
+        [&entries](std::string_view key, std::string_view data, bool) {
+            entries.push_back({std::string(key), std::string(data)});
+            return true;
+        },
+        error);
 }
 
 } // namespace sqlite2

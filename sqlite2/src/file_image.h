@@ -2,6 +2,8 @@
 
 #include "format.h"
 
+#include <functional>
+
 namespace sqlite2 {
 
 // One entry of a B-tree: the key and the data, overflow chains reassembled.
@@ -28,6 +30,12 @@ public:
 
     // In-order entries of the tree rooted at root.
     bool ReadTree(uint32_t root, std::vector<Entry>& entries, std::string& error) const;
+
+    // The same entries one by one, without copies where possible: stable is
+    // true when the views point into the image (payload on one page), false
+    // when they point into a buffer that the next entry reuses.
+    using EntrySink = std::function<bool(std::string_view key, std::string_view data, bool stable)>;
+    bool WalkTree(uint32_t root, const EntrySink& sink, std::string& error) const;
 
 private:
     struct Walk;

@@ -47,7 +47,7 @@ std::string EncodeRecord(const Row& row)
     return record;
 }
 
-bool DecodeRecord(std::string_view data, Row& out)
+bool DecodeRecordViews(std::string_view data, std::vector<ValueView>& out)
 {
     out.clear();
     if (data.empty())
@@ -77,10 +77,21 @@ bool DecodeRecord(std::string_view data, Row& out)
             // The stored text ends with its NUL terminator; a missing one is tolerated.
             std::string_view text = data.substr(previous, end - previous);
             size_t nul = text.find('\0');
-            out.emplace_back(std::string(nul == std::string_view::npos ? text : text.substr(0, nul)));
+            out.emplace_back(nul == std::string_view::npos ? text : text.substr(0, nul));
         }
         previous = end;
     }
+    return true;
+}
+
+bool DecodeRecord(std::string_view data, Row& out)
+{
+    std::vector<ValueView> views;
+    out.clear();
+    if (!DecodeRecordViews(data, views))
+        return false;
+    for (const ValueView& view : views)
+        out.emplace_back(view ? Value(std::string(*view)) : Value(std::nullopt));
     return true;
 }
 

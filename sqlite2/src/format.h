@@ -66,5 +66,8 @@ int32_t DecodeRowidKey(std::string_view key);
 // Row records: little-endian offsets of 1, 2 or 3 bytes, then NUL-terminated texts.
 std::string EncodeRecord(const Row& row);
 bool DecodeRecord(std::string_view data, Row& out);
+// The same without copying: the texts are views into data.
+using ValueView = std::optional<std::string_view>;
+bool DecodeRecordViews(std::string_view data, std::vector<ValueView>& out);
 
 } // namespace sqlite2
