@@ -1,6 +1,7 @@
 #include "engine.h"
 
 #include "index_key.h"
+#include "number_spelling.h"
 #include "tree_builder.h"
 
 #include <algorithm>
@@ -52,6 +53,9 @@ Value ColumnText(sqlite3_stmt* statement, int column)
         snprintf(text, sizeof text, "%.15g", sqlite3_column_double(statement, column));
         return std::string(text);
     }
+    case SQLITE_INTEGER:
+        // 2.8 computes with 32-bit integers: 2147483647+1 is stored as -2147483648.
+        return std::to_string(int32_t(uint32_t(uint64_t(sqlite3_column_int64(statement, column)))));
     default: {
         const char* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
         return std::string(text ? text : ""); // a text ends at its first NUL in a 2.x file
@@ -80,7 +84,7 @@ std::string FileIndexName(const SchemaObject& object)
 Engine::~Engine()
 {
     if (mirror)
-        sqlite3_close(mirror);
+        sqlite3_close_v2(mirror);
 }
 
 bool Engine::Open(const std::string& path, std::string& error)
@@ -92,7 +96,7 @@ bool Engine::Load(std::string& error)
 {
     reader.Close();
     if (mirror) {
-        sqlite3_close(mirror);
+        sqlite3_close_v2(mirror); // a statement still open keeps it until finalized
         mirror = nullptr;
     }
     origins.clear();
@@ -304,11 +308,24 @@ int Engine::Prepare(const char* sql, sqlite3_stmt** statement, const char** tail
 {
     *statement = nullptr;
     *connection = mirror;
+    // A table made by an earlier statement has its declared types in the
+    // mirror and would convert what is stored in it ('007' to 7): write the
+    // change now, which reads the tables back without types.
+    if (mirror && sqlite3_get_autocommit(mirror) && SchemaVersion(mirror) != baseSchemaVersion &&
+        !WriteBackChanges(error))
+        return SQLITE_IOERR;
+    *connection = mirror;
     if (materialized) {
-        int rc = sqlite3_prepare_v2(mirror, sql, -1, statement, tail);
-        if (rc != SQLITE_OK)
+        const char* end = nullptr;
+        int rc = sqlite3_prepare_v2(mirror, sql, -1, statement, &end);
+        if (tail)
+            *tail = end;
+        if (rc != SQLITE_OK) {
             error = sqlite3_errmsg(mirror);
-        return rc;
+            return rc;
+        }
+        RespellNumbers(sql, end, statement);
+        return SQLITE_OK;
     }
 
     StatementAccess access{&origins, {}, false, false};
@@ -344,7 +361,27 @@ int Engine::Prepare(const char* sql, sqlite3_stmt** statement, const char** tail
         *statement = nullptr;
         return SQLITE_CORRUPT;
     }
+    RespellNumbers(sql, end, statement);
     return SQLITE_OK;
+}
+
+// Numbers written into rows keep their spelling, as 2.8 stores them; a
+// statement that cannot be prepared so is kept as it was written.
+void Engine::RespellNumbers(const char* sql, const char* end, sqlite3_stmt** statement)
+{
+    if (!*statement || sqlite3_stmt_readonly(*statement))
+        return;
+    const std::string_view written(sql, size_t(end - sql));
+    const std::string respelled = KeepNumberSpelling(written);
+    if (respelled == written)
+        return;
+    sqlite3_stmt* replacement = nullptr;
+    if (sqlite3_prepare_v2(mirror, respelled.c_str(), -1, &replacement, nullptr) != SQLITE_OK || !replacement) {
+        sqlite3_finalize(replacement);
+        return;
+    }
+    sqlite3_finalize(*statement);
+    *statement = replacement;
 }
 
 void Engine::TakeBaseline()

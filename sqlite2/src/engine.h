@@ -48,6 +48,7 @@ private:
     bool CreateTable(const std::string& name, const std::string& sql, uint32_t root);
     bool Materialize(std::string& error);
     bool FillTable(TableOrigin& origin, std::string& error);
+    void RespellNumbers(const char* sql, const char* end, sqlite3_stmt** statement);
     bool BuildFile(std::string& content, std::string& error);
     void TakeBaseline();
 

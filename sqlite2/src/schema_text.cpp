@@ -1,5 +1,7 @@
 #include "schema_text.h"
 
+#include "sql_tokens.h"
+
 #include <cctype>
 #include <cstring>
 #include <strings.h>
@@ -7,60 +9,6 @@
 namespace sqlite2 {
 
 namespace {
-
-struct Token {
-    size_t begin = 0;
-    size_t end = 0;
-    char kind = 0; // 'w' word, 'q' quoted name or string, 'p' punctuation, 'n' number
-};
-
-bool IsWordByte(unsigned char c)
-{
-    return isalnum(c) || c == '_' || c == '$' || c >= 0x80;
-}
-
-std::vector<Token> Tokenize(std::string_view sql)
-{
-    std::vector<Token> tokens;
-    size_t i = 0;
-    while (i < sql.size()) {
-        unsigned char c = uint8_t(sql[i]);
-        if (isspace(c)) {
-            ++i;
-        } else if (c == '-' && i + 1 < sql.size() && sql[i + 1] == '-') {
-            while (i < sql.size() && sql[i] != '\n')
-                ++i;
-        } else if (c == '/' && i + 1 < sql.size() && sql[i + 1] == '*') {
-            size_t close = sql.find("*/", i + 2);
-            i = close == std::string_view::npos ? sql.size() : close + 2;
-        } else if (c == '\'' || c == '"' || c == '`' || c == '[') {
-            char closing = c == '[' ? ']' : char(c);
-            size_t j = i + 1;
-            while (j < sql.size()) {
-                if (sql[j] == closing) {
-                    if (closing != ']' && j + 1 < sql.size() && sql[j + 1] == closing) {
-                        j += 2;
-                        continue;
-                    }
-                    break;
-                }
-                ++j;
-            }
-            tokens.push_back({i, std::min(j + 1, sql.size()), 'q'});
-            i = j + 1;
-        } else if (IsWordByte(c)) {
-            size_t j = i;
-            while (j < sql.size() && IsWordByte(uint8_t(sql[j])))
-                ++j;
-            tokens.push_back({i, j, isdigit(c) ? 'n' : 'w'});
-            i = j;
-        } else {
-            tokens.push_back({i, i + 1, 'p'});
-            ++i;
-        }
-    }
-    return tokens;
-}
 
 std::string Dequote(std::string_view text)
 {

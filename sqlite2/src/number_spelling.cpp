@@ -1,0 +1,140 @@
+#include "number_spelling.h"
+
+#include "sql_tokens.h"
+
+#include <cstring>
+#include <strings.h>
+#include <utility>
+#include <vector>
+
+namespace sqlite2 {
+
+namespace {
+
+struct Replacement {
+    size_t begin;
+    size_t end;
+    std::string text;
+};
+
+class Spelling {
+public:
+    explicit Spelling(std::string_view sql) : sql(sql), tokens(Tokenize(sql)) {}
+
+    std::string Rewrite()
+    {
+        if (tokens.empty())
+            return std::string(sql);
+        if (IsWord(0, "INSERT") || IsWord(0, "REPLACE"))
+            InsertValues();
+        else if (IsWord(0, "UPDATE"))
+            UpdateAssignments();
+        std::string result(sql);
+        for (auto r = replacements.rbegin(); r != replacements.rend(); ++r)
+            result.replace(r->begin, r->end - r->begin, r->text);
+        return result;
+    }
+
+private:
+    bool IsWord(size_t i, const char* word) const
+    {
+        const Token& t = tokens[i];
+        return t.kind == 'w' && t.end - t.begin == strlen(word) && strncasecmp(sql.data() + t.begin, word, t.end - t.begin) == 0;
+    }
+    bool IsPunct(size_t i, char c) const { return tokens[i].kind == 'p' && sql[tokens[i].begin] == c; }
+
+    // An item [first, last) that is a number with at most a sign becomes a text.
+    void Item(size_t first, size_t last)
+    {
+        if (last == first + 1 && tokens[first].kind == 'n') {
+            Quote(first, first, "");
+        } else if (last == first + 2 && tokens[first + 1].kind == 'n' &&
+                   (IsPunct(first, '-') || IsPunct(first, '+'))) {
+            Quote(first, first + 1, IsPunct(first, '-') ? "-" : "");
+        }
+    }
+
+    void Quote(size_t from, size_t number, const char* sign)
+    {
+        const Token& n = tokens[number];
+        replacements.push_back({tokens[from].begin, n.end,
+                                "'" + std::string(sign) + std::string(sql.substr(n.begin, n.end - n.begin)) + "'"});
+    }
+
+    // INSERT ... VALUES (a, b), (c, d): every item of every row.
+    void InsertValues()
+    {
+        size_t i = 0;
+        int depth = 0;
+        for (; i < tokens.size(); ++i) {
+            if (IsPunct(i, '('))
+                ++depth;
+            else if (IsPunct(i, ')'))
+                --depth;
+            else if (depth == 0 && IsWord(i, "VALUES"))
+                break;
+        }
+        for (++i; i < tokens.size() && IsPunct(i, '(');) {
+            size_t itemStart = i + 1;
+            depth = 0;
+            size_t j = i + 1;
+            for (; j < tokens.size(); ++j) {
+                if (IsPunct(j, '(')) {
+                    ++depth;
+                } else if (IsPunct(j, ')')) {
+                    if (depth-- == 0)
+                        break;
+                } else if (depth == 0 && IsPunct(j, ',')) {
+                    Item(itemStart, j);
+                    itemStart = j + 1;
+                }
+            }
+            if (j >= tokens.size())
+                return;
+            Item(itemStart, j);
+            i = j + 1;
+            if (i < tokens.size() && IsPunct(i, ','))
+                ++i;
+        }
+    }
+
+    // UPDATE t SET a = 1.50, b = x + 1 WHERE ...: every value that stands alone.
+    void UpdateAssignments()
+    {
+        size_t i = 0;
+        while (i < tokens.size() && !IsWord(i, "SET"))
+            ++i;
+        size_t valueStart = 0;
+        int depth = 0;
+        for (++i; i < tokens.size(); ++i) {
+            if (IsPunct(i, '(')) {
+                ++depth;
+            } else if (IsPunct(i, ')')) {
+                --depth;
+            } else if (depth == 0 && IsPunct(i, '=') && valueStart == 0) {
+                valueStart = i + 1;
+            } else if (depth == 0 && (IsPunct(i, ',') || IsWord(i, "WHERE") || IsPunct(i, ';'))) {
+                if (valueStart)
+                    Item(valueStart, i);
+                valueStart = 0;
+                if (!IsPunct(i, ','))
+                    return;
+            }
+        }
+        if (valueStart)
+            Item(valueStart, tokens.size());
+    }
+
+    std::string_view sql;
+    std::vector<Token> tokens;
+    std::vector<Replacement> replacements;
+};
+
+} // namespace
+
+std::string KeepNumberSpelling(std::string_view statement)
+{
+    return Spelling(statement).Rewrite();
+}
+
+} // namespace sqlite2

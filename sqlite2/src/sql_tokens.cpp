@@ -1,0 +1,93 @@
+#include "sql_tokens.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+
+namespace sqlite2 {
+
+namespace {
+
+bool IsWordByte(unsigned char c)
+{
+    return isalnum(c) || c == '_' || c == '$' || c >= 0x80;
+}
+
+// A number: digits with an optional fraction and exponent ("1.50", ".5", "1e3").
+size_t NumberEnd(std::string_view sql, size_t i)
+{
+    auto digits = [&](size_t j) {
+        while (j < sql.size() && isdigit(uint8_t(sql[j])))
+            ++j;
+        return j;
+    };
+    size_t j = digits(i);
+    if (j < sql.size() && sql[j] == '.')
+        j = digits(j + 1);
+    if (j < sql.size() && (sql[j] == 'e' || sql[j] == 'E')) {
+        size_t k = j + 1;
+        if (k < sql.size() && (sql[k] == '+' || sql[k] == '-'))
+            ++k;
+        if (k < sql.size() && isdigit(uint8_t(sql[k])))
+            j = digits(k);
+    }
+    return j;
+}
+
+} // namespace
+
+std::vector<Token> Tokenize(std::string_view sql)
+{
+    std::vector<Token> tokens;
+    size_t i = 0;
+    while (i < sql.size()) {
+        unsigned char c = uint8_t(sql[i]);
+        if (isspace(c)) {
+            ++i;
+        } else if (c == '-' && i + 1 < sql.size() && sql[i + 1] == '-') {
+            while (i < sql.size() && sql[i] != '\n')
+                ++i;
+        } else if (c == '/' && i + 1 < sql.size() && sql[i + 1] == '*') {
+            size_t close = sql.find("*/", i + 2);
+            i = close == std::string_view::npos ? sql.size() : close + 2;
+        } else if (c == '\'' || c == '"' || c == '`' || c == '[') {
+            char closing = c == '[' ? ']' : char(c);
+            size_t j = i + 1;
+            while (j < sql.size()) {
+                if (sql[j] == closing) {
+                    if (closing != ']' && j + 1 < sql.size() && sql[j + 1] == closing) {
+                        j += 2;
+                        continue;
+                    }
+                    break;
+                }
+                ++j;
+            }
+            tokens.push_back({i, std::min(j + 1, sql.size()), 'q'});
+            i = j + 1;
+        } else if (isdigit(c) || (c == '.' && i + 1 < sql.size() && isdigit(uint8_t(sql[i + 1])))) {
+            size_t j = NumberEnd(sql, i);
+            // "0x1F" or "12abc" is no plain number: one word.
+            if (j < sql.size() && IsWordByte(uint8_t(sql[j]))) {
+                while (j < sql.size() && IsWordByte(uint8_t(sql[j])))
+                    ++j;
+                tokens.push_back({i, j, 'w'});
+            } else {
+                tokens.push_back({i, j, 'n'});
+            }
+            i = j;
+        } else if (IsWordByte(c)) {
+            size_t j = i;
+            while (j < sql.size() && IsWordByte(uint8_t(sql[j])))
+                ++j;
+            tokens.push_back({i, j, 'w'});
+            i = j;
+        } else {
+            tokens.push_back({i, i + 1, 'p'});
+            ++i;
+        }
+    }
+    return tokens;
+}
+
+} // namespace sqlite2
