@@ -57,8 +57,11 @@ private:
     void Quote(size_t from, size_t number, const char* sign)
     {
         const Token& n = tokens[number];
-        replacements.push_back({tokens[from].begin, n.end,
-                                "'" + std::string(sign) + std::string(sql.substr(n.begin, n.end - n.begin)) + "'"});
+        std::string text = "'";
+        text.append(sign);
+        text.append(sql.substr(n.begin, n.end - n.begin));
+        text.push_back('\'');
+        replacements.push_back({tokens[from].begin, n.end, std::move(text)});
     }
 
     // INSERT ... VALUES (a, b), (c, d): every item of every row.
