@@ -2,6 +2,7 @@
 
 #include "index_key.h"
 #include "number_spelling.h"
+#include "sql_tokens.h"
 #include "tree_builder.h"
 
 #include <algorithm>
@@ -18,17 +19,6 @@ std::string Lower(std::string text)
     for (char& c : text)
         c = char(tolower(uint8_t(c)));
     return text;
-}
-
-std::string QuoteName(const std::string& name)
-{
-    std::string quoted = "\"";
-    for (char c : name) {
-        quoted.push_back(c);
-        if (c == '"')
-            quoted.push_back('"');
-    }
-    return quoted + "\"";
 }
 
 int SchemaVersion(sqlite3* db)

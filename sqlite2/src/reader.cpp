@@ -1,5 +1,7 @@
 #include "reader.h"
 
+#include "sql_tokens.h"
+
 #include <algorithm>
 
 namespace sqlite2 {
@@ -57,17 +59,6 @@ struct Cursor : sqlite3_vtab_cursor {
     size_t decodedPosition = SIZE_MAX;
     std::vector<ValueView> decoded;
 };
-
-std::string QuoteName(const std::string& name)
-{
-    std::string quoted = "\"";
-    for (char c : name) {
-        quoted.push_back(c);
-        if (c == '"')
-            quoted.push_back('"');
-    }
-    return quoted + "\"";
-}
 
 int Connect(sqlite3* db, void* aux, int argc, const char* const* argv, sqlite3_vtab** out, char** error)
 {

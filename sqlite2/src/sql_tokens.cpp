@@ -90,4 +90,15 @@ std::vector<Token> Tokenize(std::string_view sql)
     return tokens;
 }
 
+std::string QuoteName(const std::string& name)
+{
+    std::string quoted = "\"";
+    for (char c : name) {
+        quoted.push_back(c);
+        if (c == '"')
+            quoted.push_back('"');
+    }
+    return quoted + "\"";
+}
+
 } // namespace sqlite2

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,5 +15,8 @@ struct Token {
 
 // Splits SQL into tokens; blanks and comments are dropped.
 std::vector<Token> Tokenize(std::string_view sql);
+
+// A name between double quotes, inner quotes doubled.
+std::string QuoteName(const std::string& name);
 
 } // namespace sqlite2
