@@ -3,10 +3,6 @@
 #include "sqlite.h"
 #include "zttl/zt_report.h"
 
-namespace {
-const char notOpenMessage[] = "unable to open database file";
-}
-
 ZT_SQLite2Database::ZT_SQLite2Database(const char* file) : ZT_SQLiteDatabase(file)
 {
     OpenOrCreate();
@@ -28,12 +24,8 @@ bool ZT_SQLite2Database::Open()
 {
     if (handle)
         return true;
-    ClearError();
-    keepOpen = false;
-    if (!NameIsUsable()) {
-        SetError(notOpenMessage);
+    if (!StartOpening())
         return false;
-    }
     char* message = nullptr;
     handle = sqlite_open(name, 0, &message);
     if (handle && message)

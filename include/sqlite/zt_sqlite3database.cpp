@@ -7,8 +7,6 @@
 
 namespace {
 
-const char notOpenMessage[] = "unable to open database file";
-
 // The program runs on one thread: the library's mutexes and its memory
 // statistics only cost time (a lock per allocation, several per row).
 void ConfigureLibraryOnce()
@@ -44,12 +42,8 @@ bool ZT_SQLite3Database::Open()
 {
     if (handle)
         return true;
-    ClearError();
-    keepOpen = false;
-    if (!NameIsUsable()) {
-        SetError(notOpenMessage);
+    if (!StartOpening())
         return false;
-    }
     ConfigureLibraryOnce();
     sqlite3* connection = nullptr;
     if (sqlite3_open(name, &connection) != 0) {

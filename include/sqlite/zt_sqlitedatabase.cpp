@@ -23,6 +23,8 @@ ZT_SQLiteDatabase::~ZT_SQLiteDatabase() = default;
 
 namespace {
 
+const char notOpenMessage[] = "unable to open database file";
+
 // Connections released without Close, and objects left to the end of the
 // process, stay alive until it ends; keeping them listed says that this is
 // intended, not a leak.
@@ -57,9 +59,19 @@ bool ZT_SQLiteDatabase::OpenOrCreate()
     return true;
 }
 
+bool ZT_SQLiteDatabase::StartOpening()
+{
+    ClearError();
+    keepOpen = false;
+    if (NameIsUsable())
+        return true;
+    SetError(notOpenMessage);
+    return false;
+}
+
 bool ZT_SQLiteDatabase::RejectUnopened(const char* reportFormat)
 {
-    SetError("unable to open database file");
+    SetError(notOpenMessage);
     ReportError(reportFormat, GetError());
     return false;
 }

@@ -76,6 +76,9 @@ protected:
     static ZT_String Render(const char* format, const ZT_FormatArg* args, int count);
     void ClearError() { error.Empty(); }
     bool NameIsUsable() const { return name[0] != 0; }
+    // The common start of Open: forgets the last error, and refuses an
+    // unusable name with SQLite's own message.
+    bool StartOpening();
 
     template <class... A>
     static std::array<ZT_FormatArg, sizeof...(A) + 1> Pack(const A&... args)
