@@ -1,5 +1,7 @@
 #pragma once
 
+#include "packed_table.h"
+
 struct sqlite3;
 
 // sqlite3_get_table with the same rules (names row first, columns from the
@@ -7,6 +9,5 @@ struct sqlite3;
 // "incompatible queries" error, empty_result_callbacks honoured), but with
 // all texts packed into one block instead of one allocation per value:
 // big results take less memory and far fewer allocations.
-// The array is released with FreePackedTable, never sqlite3_free_table.
+// The array is released with sqlite2::FreePackedTable, never sqlite3_free_table.
 int GetPackedTable(sqlite3* db, const char* sql, char*** result, int* rows, int* columns, char** errorMessage);
-void FreePackedTable(char** result);

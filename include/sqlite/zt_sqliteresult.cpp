@@ -33,7 +33,7 @@ ZT_SQLiteResult::~ZT_SQLiteResult()
 void ZT_SQLite3Result::FreeTable()
 {
     if (table) {
-        FreePackedTable(table);
+        sqlite2::FreePackedTable(table);
         table = nullptr;
     }
 }

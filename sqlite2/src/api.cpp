@@ -2,9 +2,9 @@
 #include "sqlite.h"
 
 #include "engine.h"
+#include "packed_table.h"
 
 #include <cctype>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -132,52 +132,6 @@ int RunStatements(sqlite* db, const char* sql, sqlite_callback callback, void* a
     return SQLITE_OK;
 }
 
-// The result array of sqlite_get_table, built as 2.8 builds it: the names
-// once, then every row of every statement, all statements alike in width.
-struct TableResult {
-    std::vector<char*> entries{nullptr}; // slot 0 keeps the entry count for freeing
-    int rows = 0;
-    int columns = 0;
-    std::string error;
-
-    char* Copy(const char* text)
-    {
-        if (!text)
-            return nullptr;
-        size_t n = strlen(text) + 1;
-        char* copy = static_cast<char*>(malloc(n));
-        if (copy)
-            memcpy(copy, text, n);
-        return copy;
-    }
-
-    static int Collect(void* context, int count, char** values, char** names)
-    {
-        auto* table = static_cast<TableResult*>(context);
-        if (table->rows == 0) {
-            table->columns = count;
-            for (int i = 0; i < count; ++i)
-                table->entries.push_back(table->Copy(names[i] ? names[i] : ""));
-        } else if (table->columns != count) {
-            table->error = "sqlite_get_table() called with two or more incompatible queries";
-            return 1;
-        }
-        if (values) {
-            for (int i = 0; i < count; ++i)
-                table->entries.push_back(table->Copy(values[i]));
-            ++table->rows;
-        }
-        return 0;
-    }
-
-    void Free()
-    {
-        for (size_t i = 1; i < entries.size(); ++i)
-            free(entries[i]);
-        entries.assign(1, nullptr);
-    }
-};
-
 } // namespace
 
 extern "C" {
@@ -219,42 +173,27 @@ int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int
     if (!db || !sql || !result)
         return SQLITE_MISUSE;
     *result = nullptr;
-    TableResult table;
+    sqlite2::PackedTableBuilder table("sqlite_get_table() called with two or more incompatible queries");
     std::string error;
-    int rc = RunStatements(db, sql, TableResult::Collect, &table, error);
-    if (!table.error.empty()) {
-        error = table.error;
-        rc = SQLITE_ERROR;
+    int rc = RunStatements(db, sql, sqlite2::PackedTableBuilder::Collect, &table, error);
+    if (rc == SQLITE_OK || table.Failure())
+        *result = table.Finish();
+    if (const char* failure = table.Failure()) {
+        error = failure;
+        rc = table.OutOfMemory() ? SQLITE_NOMEM : SQLITE_ERROR;
     }
     if (rc == SQLITE_OK) {
-        auto** array = static_cast<char**>(malloc(table.entries.size() * sizeof(char*)));
-        if (!array) {
-            rc = SQLITE_NOMEM;
-            error = "out of memory";
-        } else {
-            memcpy(array, table.entries.data(), table.entries.size() * sizeof(char*));
-            array[0] = reinterpret_cast<char*>(uintptr_t(table.entries.size()));
-            *result = array + 1;
-            if (nrow)
-                *nrow = table.rows;
-            if (ncolumn)
-                *ncolumn = table.columns;
-            table.entries.assign(1, nullptr); // now owned by the caller
-        }
+        if (nrow)
+            *nrow = table.Rows();
+        if (ncolumn)
+            *ncolumn = table.Columns();
     }
-    table.Free();
     return Finish(db, rc, error, errmsg);
 }
 
 void sqlite_free_table(char** result)
 {
-    if (!result)
-        return;
-    char** array = result - 1;
-    const size_t count = size_t(reinterpret_cast<uintptr_t>(array[0]));
-    for (size_t i = 1; i < count; ++i)
-        free(array[i]);
-    free(array);
+    sqlite2::FreePackedTable(result);
 }
 
 int sqlite_compile(sqlite* db, const char* sql, const char** tail, sqlite_vm** vm, char** errmsg)

@@ -120,3 +120,30 @@ TEST(Sqlite2Reader, DamagedTablePagesAreRefusedWhenOpening)
 }
 
 } // namespace
+
+TEST(Sqlite2GetTable, RowsOfEveryStatementInOneTableOfOneWidth)
+{
+    sqlite* db = OpenOrFail(Fixture("person"));
+    ASSERT_NE(db, nullptr);
+    char** table = nullptr;
+    int rows = 0;
+    int columns = 0;
+    char* error = nullptr;
+    ASSERT_EQ(sqlite_get_table(db, "SELECT 1 AS a, NULL AS b; SELECT 3, 'x'", &table, &rows, &columns, &error),
+              SQLITE_OK);
+    ASSERT_EQ(rows, 2);
+    ASSERT_EQ(columns, 2);
+    EXPECT_STREQ(table[0], "a");
+    EXPECT_STREQ(table[2], "1");
+    EXPECT_EQ(table[3], nullptr);
+    EXPECT_STREQ(table[5], "x");
+    sqlite_free_table(table);
+
+    table = nullptr;
+    EXPECT_EQ(sqlite_get_table(db, "SELECT 1, 2; SELECT 3", &table, &rows, &columns, &error), SQLITE_ERROR);
+    EXPECT_EQ(table, nullptr);
+    ASSERT_NE(error, nullptr);
+    EXPECT_STREQ(error, "sqlite_get_table() called with two or more incompatible queries");
+    sqlite_freemem(error);
+    sqlite_close(db);
+}
