@@ -1,6 +1,7 @@
 #include "zttl/zt_string.h"
 
 #include <cctype>
+#include <climits>
 #include <cstring>
 #include <initializer_list>
 #include <string>
@@ -161,13 +162,14 @@ ZT_String& ZT_String::AppendHex(uint32_t value, int digits)
     }
     if (digits == 0)
         digits = 1;
-    if (digits > 8)
-        digits = 8;
-    char text[9];
-    for (int i = digits - 1; i >= 0; --i, value >>= 4)
-        text[i] = "0123456789ABCDEF"[value & 0xF];
-    text[digits] = 0;
-    AppendBytes(text, digits);
+    // A field wider than the eight digits of a 32-bit value is zero-filled on
+    // the left; one too wide for any string is refused instead of overflowing.
+    if (length < 0 || digits > INT_MAX - 32 - length || !SetSize(length + digits + 1))
+        return *this;
+    for (int i = length + digits - 1; i >= length; --i, value >>= 4)
+        data[i] = "0123456789ABCDEF"[value & 0xF];
+    length += digits;
+    data[length] = 0;
     return *this;
 }
 

@@ -41,6 +41,9 @@ public:
     ZT_String& AppendText(const char* text);
     ZT_String& AppendChar(char c);
     ZT_String& Prepend(const char* text);
+    // Upper-case hexadecimal in exactly `digits` digits: zero-filled on the
+    // left, or only the low-order digits when the value needs more. digits < 0
+    // takes as many as the value needs, 0 counts as 1.
     ZT_String& AppendHex(uint32_t value, int digits);
 
     int FindChar(char c, int start = 0) const;

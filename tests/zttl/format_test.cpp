@@ -54,6 +54,7 @@ TEST(Format, Integers)
     EXPECT_EQ(F("%D", 0), "0");
     EXPECT_EQ(F("%8D", 1234), "   1.234");
     EXPECT_EQ(F("%x|%X|%4x", 255, 255, 0x12345), "FF|FF|2345");
+    EXPECT_EQ(F("%10x|%9X", 255, 0xABCDEF12u), "00000000FF|0ABCDEF12");
     EXPECT_EQ(F("%c%c", 'o', 'k'), "ok");
     EXPECT_EQ(F("100%%"), "100%");
 }

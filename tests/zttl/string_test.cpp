@@ -60,6 +60,20 @@ TEST(String, AppendHexDigits)
     EXPECT_STREQ(s, "FF 34 0");
 }
 
+TEST(String, AppendHexZeroFillsFieldsWiderThanTheValue)
+{
+    ZT_String s;
+    s.AppendHex(255, 10);
+    EXPECT_STREQ(s, "00000000FF");
+    s.Empty();
+    s.AppendHex(0xFFFFFFFFu, 9).AppendChar('|').AppendHex(0xABCDEF12u, 12);
+    EXPECT_STREQ(s, "0FFFFFFFF|0000ABCDEF12");
+    EXPECT_EQ(s.GetLength(), 22);
+    s.Empty();
+    s.AppendHex(1, 40);
+    EXPECT_EQ(std::string(s.GetString()), std::string(39, '0') + "1");
+}
+
 TEST(String, SearchingAndCutting)
 {
     ZT_String s("hello world");
