@@ -82,7 +82,9 @@ public:
             new (data + last) T(element);
     }
 
-    void RemoveAll() { SetSize(0); }
+    // Virtual so that a derived list that owns more (the texts of
+    // ZT_StringList) frees it also when cleared through this type.
+    virtual void RemoveAll() { SetSize(0); }
     int GetSize() const { return count; }
     int GetCapacity() const { return capacity; }
     bool IsEmpty() const { return count == 0; }
@@ -171,7 +173,7 @@ public:
     }
 
     // Unlike the generic array, the list also frees its texts here.
-    void RemoveAll()
+    void RemoveAll() override
     {
         FreeTexts();
         SetSize(0);

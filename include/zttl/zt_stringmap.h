@@ -17,6 +17,10 @@ public:
     ZT_StringMap& operator=(const ZT_StringMap&) = delete;
     ~ZT_StringMap() { RemoveAll(); }
 
+    // Stores value under key; an existing key keeps its first spelling and is
+    // only overwritten with replace (deleting the old value with deleteOld).
+    // False for a null key, a refused replacement, or when memory runs out:
+    // then the failure is reported and the map is left exactly as it was.
     bool SetAt(const char* key, T* value, bool replace = true, bool deleteOld = false)
     {
         if (!key)
@@ -30,19 +34,20 @@ public:
             data[p].value = value;
             return true;
         }
-        if (!data) {
-            capacity = 4;
-            data = static_cast<Entry*>(calloc(size_t(capacity), sizeof(Entry)));
-        } else if (count + 1 > capacity) {
-            capacity += 4;
-            data = static_cast<Entry*>(realloc(data, size_t(capacity) * sizeof(Entry)));
+        // Both allocations come before any change, so a failure undoes nothing.
+        char* copy = nullptr;
+        if (*key && !(copy = strdup(key)))
+            return OutOfMemory(key);
+        if (!RoomForOneMore()) {
+            free(copy);
+            return OutOfMemory(key);
         }
         data[count] = Entry();
         if (p < count) {
             memmove(data + p + 1, data + p, size_t(count - p) * sizeof(Entry));
             data[p] = Entry();
         }
-        data[p].key = *key ? strdup(key) : nullptr;
+        data[p].key = copy;
         data[p].value = value;
         ++count;
         return true;
@@ -118,6 +123,32 @@ private:
         char* key = nullptr;
         T* value = nullptr;
     };
+
+    // The first block holds 4 entries and each growth adds 4. A failed
+    // reallocation keeps the old block, which is still valid.
+    bool RoomForOneMore()
+    {
+        if (!data) {
+            Entry* block = static_cast<Entry*>(calloc(4, sizeof(Entry)));
+            if (!block)
+                return false;
+            data = block;
+            capacity = 4;
+        } else if (count + 1 > capacity) {
+            Entry* block = static_cast<Entry*>(realloc(data, size_t(capacity + 4) * sizeof(Entry)));
+            if (!block)
+                return false;
+            data = block;
+            capacity += 4;
+        }
+        return true;
+    }
+
+    static bool OutOfMemory(const char* key)
+    {
+        ReportMessage("E_ ZT_StringMap::SetAt() out of memory, \"%s\" not added", key);
+        return false;
+    }
 
     static int Compare(const char* a, const char* b) { return strcasecmp(a ? a : "", b ? b : ""); }
 

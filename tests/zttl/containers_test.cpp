@@ -1,3 +1,4 @@
+#include "AllocationProbe.h"
 #include "MessageCapture.h"
 #include "zttl/zt_arrayimp.h"
 #include "zttl/zt_arrayobval.h"
@@ -5,6 +6,8 @@
 #include "zttl/zt_stringmap.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
 
 TEST(ArrayVal, GrowsInSixteenStepsFromTheCount)
 {
@@ -80,6 +83,22 @@ TEST(StringList, FindIndexTreatsNullAndEmptyAsDocumented)
     EXPECT_EQ(list.FindIndex(nullptr), 1);
     EXPECT_EQ(list.FindIndex(""), -1) << "a null element never matches a non-null text";
     EXPECT_EQ(ZT_StringList().FindIndex("x"), -1);
+}
+
+TEST(StringList, ClearingThroughTheBaseFreesTheTexts)
+{
+    AllocationProbe probe;
+    bool emptied;
+    {
+        ZT_StringList list;
+        for (const char* text : {"one", "two", "three"})
+            list.Add(text);
+        ZT_ArrayObVal<ZT_TextElement>& asArray = list;
+        asArray.RemoveAll();
+        emptied = list.IsEmpty();
+    }
+    EXPECT_TRUE(emptied);
+    EXPECT_EQ(probe.Outstanding(), 0) << "every text copy is freed";
 }
 
 struct Counted {
@@ -158,6 +177,44 @@ TEST(StringMap, ManyKeysStaySortedAndFindable)
     map.Remove(map.Lookup("k123"));
     EXPECT_FALSE(map.Contains("k123"));
     EXPECT_EQ(map.GetSize(), 199);
+}
+
+// SetAt needs a copy of the key and room for the entry; whichever of the
+// two allocations fails, the map must stay as it was.
+TEST(StringMap, FailedAllocationsAddNothingAndAreReported)
+{
+    int values[6] = {};
+    for (int allowed = 0; allowed < 2; ++allowed) {
+        SCOPED_TRACE(allowed);
+        MessageCapture messages;
+        ZT_StringMap<int> map;
+        AllocationProbe probe;
+
+        probe.FailAfter(allowed);
+        bool addedToEmpty = map.SetAt("first", &values[0]);
+        probe.Restore();
+        EXPECT_FALSE(addedToEmpty);
+        EXPECT_EQ(map.GetSize(), 0);
+        EXPECT_TRUE(messages.Contains("ZT_StringMap::SetAt() out of memory, \"first\" not added  \t[E]"));
+        EXPECT_EQ(probe.Outstanding(), 0) << "nothing half-made is kept";
+
+        for (int i = 0; i < 4; ++i) // fills the first block of four entries
+            ASSERT_TRUE(map.SetAt(std::string(1, char('a' + i)).c_str(), &values[i]));
+        messages.Lines().clear();
+        probe.FailAfter(allowed);
+        bool addedBeyondBlock = map.SetAt("e", &values[4]);
+        bool replaced = map.SetAt("B", &values[5]); // needs no memory
+        probe.Restore();
+        EXPECT_FALSE(addedBeyondBlock);
+        EXPECT_TRUE(replaced);
+        EXPECT_TRUE(messages.Contains("\"e\" not added"));
+        ASSERT_EQ(map.GetSize(), 4);
+        EXPECT_STREQ(map.KeyAt(3), "d") << "the old block is still in use";
+        EXPECT_EQ(map.Lookup("b"), &values[5]);
+        EXPECT_FALSE(map.Contains("e"));
+        EXPECT_TRUE(map.SetAt("e", &values[4])) << "the map grows once memory is back";
+        EXPECT_EQ(map.Lookup("E"), &values[4]);
+    }
 }
 
 TEST(StringMap, OwningMapDeletesValues)
