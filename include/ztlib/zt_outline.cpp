@@ -13,6 +13,59 @@ std::string Indent(size_t depth)
 {
     return std::string(2 * depth, ' ');
 }
+
+int HexDigit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    return -1;
+}
+
+// The inside of a quoted value back to its bytes: the escapes of WriteString.
+std::string Unescaped(const std::string& inner)
+{
+    std::string plain;
+    for (size_t i = 0; i < inner.size(); ++i) {
+        if (inner[i] != '\\' || i + 1 == inner.size()) {
+            plain += inner[i];
+            continue;
+        }
+        char c = inner[++i];
+        if (c == 'n') {
+            plain += '\n';
+        } else if (c == 'r') {
+            plain += '\r';
+        } else if (c == 't') {
+            plain += '\t';
+        } else if (c == 'x' && i + 2 < inner.size() && HexDigit(inner[i + 1]) >= 0 && HexDigit(inner[i + 2]) >= 0) {
+            plain += char(HexDigit(inner[i + 1]) * 16 + HexDigit(inner[i + 2]));
+            i += 2;
+        } else {
+            plain += c;
+        }
+    }
+    return plain;
+}
+
+// "name = value"; with the indentation gone, an empty name leaves "= value".
+bool SplitValueLine(const std::string& line, std::string& name, std::string& value)
+{
+    if (line.compare(0, 2, "= ") == 0) {
+        name.clear();
+        value = line.substr(2);
+        return true;
+    }
+    size_t equals = line.find(" = ");
+    if (equals == std::string::npos)
+        return false;
+    name = line.substr(0, equals);
+    value = line.substr(equals + 3);
+    return true;
+}
 } // namespace
 
 void ZT_OutlineWriter::BeginElement(const char* name)
@@ -50,13 +103,35 @@ void ZT_OutlineWriter::WriteRaw(const char* value)
 
 void ZT_OutlineWriter::WriteString(const char* value)
 {
+    // Every element is one line, so no control byte may stay raw in it; the
+    // quote and the backslash are escaped so the reader can undo all of it.
     std::string quoted = "\"";
     for (const char* p = value ? value : ""; *p; ++p) {
-        if (*p == '"' || *p == '\\')
-            quoted.push_back('\\');
-        quoted.push_back(*p == '\n' ? 'n' : *p);
-        if (*p == '\n')
-            quoted[quoted.size() - 2] = '\\';
+        unsigned char c = static_cast<unsigned char>(*p);
+        switch (c) {
+        case '"':
+        case '\\':
+            quoted += '\\';
+            quoted += char(c);
+            break;
+        case '\n':
+            quoted += "\\n";
+            break;
+        case '\r':
+            quoted += "\\r";
+            break;
+        case '\t':
+            quoted += "\\t";
+            break;
+        default:
+            if (c < 0x20 || c == 0x7F) {
+                quoted += "\\x";
+                quoted += "0123456789ABCDEF"[c >> 4];
+                quoted += "0123456789ABCDEF"[c & 0xF];
+            } else {
+                quoted += char(c);
+            }
+        }
     }
     WriteRaw((quoted + "\"").c_str());
 }
@@ -78,27 +153,16 @@ ZT_OutlineReader::ZT_OutlineReader(const std::string& text) : root(new Element)
         }
         auto element = std::make_unique<Element>();
         Element* raw = element.get();
-        size_t equals = line.find(" = ");
-        if (equals != std::string::npos) {
-            raw->name = line.substr(0, equals);
-            std::string value = line.substr(equals + 3);
-            if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
-                // Keep the quotes (they mark a text value) and undo the escapes.
-                std::string plain = "\"";
-                for (size_t i = 1; i + 1 < value.size(); ++i) {
-                    if (value[i] == '\\' && i + 2 < value.size()) {
-                        ++i;
-                        plain.push_back(value[i] == 'n' ? '\n' : value[i]);
-                    } else {
-                        plain.push_back(value[i]);
-                    }
-                }
-                value = plain + "\"";
-            }
+        std::string value;
+        if (SplitValueLine(line, raw->name, value)) {
+            // Keep the quotes (they mark a text value) and undo the escapes.
+            if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
+                value = '"' + Unescaped(value.substr(1, value.size() - 2)) + '"';
             raw->text = value;
             stack.back()->children.push_back(std::move(element));
-        } else if (line.size() > 2 && line.compare(line.size() - 2, 2, " {") == 0) {
-            raw->name = line.substr(0, line.size() - 2);
+        } else if (line == "{" || (line.size() > 2 && line.compare(line.size() - 2, 2, " {") == 0)) {
+            // "{" alone opens an element with an empty name.
+            raw->name = line == "{" ? "" : line.substr(0, line.size() - 2);
             stack.back()->children.push_back(std::move(element));
             stack.push_back(raw);
         }

@@ -6,12 +6,18 @@
 
 // The nested document that parameters are saved to and loaded from: named
 // elements holding a value text or further elements. Text form, one element
-// a line: "name = value", "name = \"text\"" or "name {" ... "}".
+// a line, indented by two blanks a level: "name = value", "name = \"text\""
+// or "name {" ... "}". Names may be empty but must not hold a line break,
+// start with a blank, contain " = " or end in " {" (the cleaned names of
+// parameters never do).
 class ZT_OutlineWriter {
 public:
     void BeginElement(const char* name);
     void EndElement(int unused);
+    // A value text of one line, written as it is (numbers, colours, ranges).
     void WriteRaw(const char* text);
+    // Any text, between quotes: \" \\ \n \r \t and \xHH for the other control
+    // bytes, so that the reader gives back every byte unchanged.
     void WriteString(const char* text);
     const std::string& GetText() const { return text; }
 
@@ -29,6 +35,8 @@ public:
     const char* GetElementName() const;
     // Advances to the next element inside the element of that name.
     bool NextElement(const char* name);
+    // A text value keeps its surrounding quotes (they tell it from a number),
+    // with the escapes undone inside them.
     const char* GetElementText() const;
 
 private:

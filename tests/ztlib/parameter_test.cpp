@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,32 @@ std::string ValueOf(ZT_Parameter& parameter)
     ZT_Value value;
     parameter.GetValue(value);
     return value.GetText();
+}
+
+// Saves the parameter alone and loads the document into a fresh one of the same name.
+std::string SavedAndLoaded(const ZT_Parameter& parameter, std::string* document = nullptr)
+{
+    ZT_OutlineWriter writer;
+    parameter.Save(writer);
+    if (document)
+        *document = writer.GetText();
+    ZT_ParameterPlain loaded(parameter.GetName()->GetString());
+    ZT_OutlineReader reader(writer.GetText());
+    loaded.Load(reader);
+    EXPECT_EQ(loaded.GetValueRef()->GetKind(), ZT_Value::kindText);
+    return ValueOf(loaded);
+}
+
+// Texts that the document format must carry unchanged.
+const std::vector<std::string>& AwkwardTexts()
+{
+    static const std::vector<std::string> texts = {
+        "ab\ncd", "\nlead", "trail\n", "\n", "\n\n", "two\n\nbreaks",
+        "say \"hi\"", "\"", "\"\"", "\"quoted\"", "back\\slash", "\\", "ends\\",
+        "\\n is not a break", "\\\"", "cr\rlf\r\n", "\r", "tab\there\t",
+        "\x01\x02\x1b\x1f\x7f", "\\x41", "", " ", "  padded  ", "x = y", " = ", "{", "}",
+        "name {", "12", "-3", "true", "3..7", "1.5", "#FF8000", "\xe9t\xe9 \xff"};
+    return texts;
 }
 
 } // namespace
@@ -144,4 +171,75 @@ TEST(ParameterSet, SaveAndLoadRoundTrip)
     set.Load(reader);
     EXPECT_EQ(ValueOf(count), "12");
     EXPECT_EQ(ValueOf(title), "say \"hi\"");
+}
+
+TEST(Parameter, SavedTextsLoadByteForByte)
+{
+    ZT_ParameterPlain parameter("t");
+    for (const std::string& text : AwkwardTexts()) {
+        SCOPED_TRACE(testing::PrintToString(text));
+        parameter.SetValue(Text(text.c_str()));
+        std::string document;
+        EXPECT_EQ(SavedAndLoaded(parameter, &document), text);
+        EXPECT_EQ(std::count(document.begin(), document.end(), '\n'), 1) << "one line per element";
+    }
+}
+
+TEST(Parameter, SavedLineBreakIsEscapedInPlace)
+{
+    ZT_ParameterPlain parameter("t");
+    parameter.SetValue(Text("ab\ncd"));
+    std::string document;
+    EXPECT_EQ(SavedAndLoaded(parameter, &document), "ab\ncd");
+    EXPECT_EQ(document, "t = \"ab\\ncd\"\n");
+}
+
+TEST(Parameter, EmptyNameSavesAndLoads)
+{
+    ZT_ParameterPlain parameter("");
+    ASSERT_STREQ(*parameter.GetName(), "");
+    for (const char* text : {"x", "", "\nlead", "a = b"}) {
+        SCOPED_TRACE(testing::PrintToString(text));
+        parameter.SetValue(Text(text));
+        EXPECT_EQ(SavedAndLoaded(parameter), text);
+    }
+}
+
+TEST(ParameterSet, NestedSetsCarryEveryTextBackUnchanged)
+{
+    const std::vector<std::string>& texts = AwkwardTexts();
+    ZT_ParameterSetAuto inner;
+    inner.SetName("inner");
+    std::vector<ZT_ParameterRef> leaves;
+    leaves.reserve(texts.size());
+    for (size_t i = 0; i < texts.size(); ++i) {
+        leaves.emplace_back(new ZT_ParameterPlain(("p" + std::to_string(i)).c_str()));
+        leaves.back().SetValue(Text(texts[i].c_str()));
+        inner.AddShared(leaves.back());
+    }
+    for (const char* outerName : {"outer", ""}) {
+        SCOPED_TRACE(outerName);
+        ZT_ParameterSetAuto outer;
+        outer.SetName(outerName);
+        ZT_ParameterRef before(new ZT_ParameterPlain("before"));
+        ZT_ParameterRef after(new ZT_ParameterPlain("after"));
+        before.SetValue(Text("}\n{"));
+        after.SetValue(Text("\\"));
+        outer.AddShared(before);
+        outer.AddShared(ZT_ParameterRef(inner.Clone()));
+        outer.AddShared(after);
+        ZT_OutlineWriter writer;
+        outer.Save(writer);
+
+        for (ZT_ParameterRef& leaf : leaves)
+            leaf.SetValue(Text("changed"));
+        before.SetValue(Text("changed"));
+        after.SetValue(Text("changed"));
+        ZT_OutlineReader reader(writer.GetText());
+        outer.Load(reader);
+        for (size_t i = 0; i < texts.size(); ++i)
+            EXPECT_EQ(ValueOf(leaves[i]), texts[i]) << "p" << i;
+        EXPECT_EQ(ValueOf(before), "}\n{");
+        EXPECT_EQ(ValueOf(after), "\\");
+    }
 }
