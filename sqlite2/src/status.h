@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+
+namespace sqlite2 {
+
+// Result codes, numbered as SQLite 2.8 numbers them (sqlite.h has the same).
+enum StatusCode : int {
+    kOk = 0,
+    kError = 1,
+    kBusy = 5,
+    kNoMemory = 7,
+    kReadOnly = 8,
+    kIoError = 10,
+    kCorrupt = 11,
+    kFull = 13,
+    kCantOpen = 14,
+    kConstraint = 19,
+    kMismatch = 20,
+    kNotADatabase = 26,
+};
+
+// Messages that more than one place raises, in 2.8's words.
+namespace message {
+inline constexpr const char* locked = "database is locked";
+inline constexpr const char* readOnly = "attempt to write a readonly database";
+inline constexpr const char* full = "database is full";
+inline constexpr const char* ioError = "disk I/O error";
+inline constexpr const char* corrupt = "database disk image is malformed";
+inline constexpr const char* notADatabase = "file is encrypted or is not a database";
+inline constexpr const char* cantOpen = "unable to open database file";
+} // namespace message
+
+// The outcome of an operation of the engine: a code and, for a failure, the
+// message a user sees. Cheap to pass around when it is Ok.
+class Status {
+public:
+    Status() = default;
+    Status(StatusCode code, std::string text) : code(code), text(std::move(text)) {}
+
+    static Status Ok() { return {}; }
+    static Status Busy() { return {kBusy, message::locked}; }
+    static Status ReadOnly() { return {kReadOnly, message::readOnly}; }
+    static Status Full() { return {kFull, message::full}; }
+    static Status IoError() { return {kIoError, message::ioError}; }
+    static Status Corrupt() { return {kCorrupt, message::corrupt}; }
+
+    bool ok() const { return code == kOk; }
+    explicit operator bool() const { return ok(); }
+    StatusCode Code() const { return code; }
+    const std::string& Message() const { return text; }
+
+private:
+    StatusCode code = kOk;
+    std::string text;
+};
+
+} // namespace sqlite2

@@ -1,0 +1,71 @@
+#pragma once
+
+// Helpers of the pager tests: files made of recognisable pages, and other
+// processes (the pager's locks are per process, so a second user of a file
+// must be a second process).
+#include "pager.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace pagertest {
+
+constexpr size_t kPage = sqlite2::kPageSize;
+
+std::string ReadFile(const std::string& path);
+void WriteFile(const std::string& path, const std::string& bytes);
+bool Exists(const std::string& path);
+
+// A page whose bytes tell its number and a version apart from every other.
+std::string PatternPage(uint32_t n, char version);
+// A file of the given number of pattern pages.
+std::string PatternFile(uint32_t pages, char version);
+// Page n (1-based) of a file's bytes.
+std::string PageOf(const std::string& file, uint32_t n);
+void SetPage(std::string& file, uint32_t n, const std::string& page);
+
+std::string Bytes(const sqlite2::PageHandle& page);
+void Fill(const sqlite2::PageHandle& page, const std::string& bytes);
+
+// Runs body in a child process and returns what it reports ("" when all was
+// well), or why the child did not finish. With unprivileged, a child of root
+// gives up root first, so that file permissions apply to it.
+std::string InChild(const std::function<std::string()>& body, bool unprivileged = false);
+
+// The lock another process sees on the whole file: "unlocked", "read" or
+// "write" (with the range when it is not the whole file).
+std::string LockSeenByOthers(const std::string& path);
+
+// A child process that stops at a point of its work (holding a lock, say)
+// until the test lets it go on.
+class OtherProcess {
+public:
+    // body runs in the child; it calls Pause with its report ("" = fine) at
+    // the point where the test should look.
+    explicit OtherProcess(const std::function<void(OtherProcess&)>& body);
+    ~OtherProcess();
+    OtherProcess(const OtherProcess&) = delete;
+    OtherProcess& operator=(const OtherProcess&) = delete;
+
+    // In the parent: waits for the child's Pause and returns its report.
+    std::string WaitForPause();
+    // In the parent: lets the child finish and returns "" or why it failed.
+    std::string Finish();
+
+    // In the child.
+    void Pause(const std::string& report);
+
+private:
+    int pid = -1;
+    int reportPipe[2] = {-1, -1};
+    int goPipe[2] = {-1, -1};
+};
+
+// The write observer tests install counts here; crash tests end the process
+// when it reaches zero.
+extern long writesSeen;
+extern long writesBeforeExit;
+void CountingObserver();
+
+} // namespace pagertest

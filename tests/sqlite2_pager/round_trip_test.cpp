@@ -1,0 +1,303 @@
+// Pages read, changed, committed and read again, by this pager and by a
+// fresh one on the same file.
+#include "PagerTestSupport.h"
+#include "TempDir.h"
+
+#include <gtest/gtest.h>
+
+using namespace pagertest;
+using sqlite2::PageHandle;
+using sqlite2::Pager;
+
+namespace {
+
+std::string Fixture(const std::string& name)
+{
+    return ReadFile(std::string(FIXTURES_DIR) + "/" + name);
+}
+
+// The file's pages as a fresh pager reads them.
+std::string ReadThroughPager(const std::string& path)
+{
+    Pager pager;
+    if (!pager.Open(path) || !pager.BeginRead())
+        return "(cannot read)";
+    std::string content;
+    for (uint32_t n = 1; n <= pager.PageCount(); ++n) {
+        PageHandle page;
+        if (!pager.Read(n, page))
+            return "(read of page " + std::to_string(n) + " failed)";
+        content += Bytes(page);
+    }
+    return content;
+}
+
+} // namespace
+
+TEST(PagerRoundTrip, ANewNameBecomesAnEmptyFileThatGrowsByAppendedPages)
+{
+    TempDir dir;
+    const std::string path = dir.File("new.db");
+    {
+        Pager pager;
+        ASSERT_TRUE(pager.Open(path));
+        EXPECT_TRUE(Exists(path));
+        EXPECT_FALSE(pager.IsReadOnly());
+        ASSERT_TRUE(pager.BeginRead());
+        EXPECT_EQ(pager.PageCount(), 0u);
+        PageHandle page;
+        ASSERT_TRUE(pager.Read(2, page));
+        EXPECT_EQ(Bytes(page), std::string(kPage, '\0'));
+
+        ASSERT_TRUE(pager.BeginWrite());
+        for (uint32_t n = 1; n <= 3; ++n) {
+            ASSERT_TRUE(pager.Write(pager.PageCount() + 1, page));
+            EXPECT_EQ(Bytes(page), std::string(kPage, '\0')) << "an appended page starts as zeros";
+            Fill(page, PatternPage(n, 'a'));
+        }
+        EXPECT_EQ(pager.PageCount(), 3u);
+        EXPECT_EQ(ReadFile(path).size(), 0u) << "nothing reaches the file before Commit";
+        ASSERT_TRUE(pager.Commit());
+        EXPECT_TRUE(pager.IsReading());
+        EXPECT_FALSE(pager.IsWriting());
+        EXPECT_FALSE(Exists(path + "-journal"));
+    }
+    EXPECT_EQ(ReadFile(path), PatternFile(3, 'a'));
+    EXPECT_EQ(ReadThroughPager(path), PatternFile(3, 'a'));
+}
+
+TEST(PagerRoundTrip, ACommittedChangeReachesExactlyItsPage)
+{
+    TempDir dir;
+    const std::string path = dir.File("big.db");
+    const std::string old = Fixture("big.db");
+    WriteFile(path, old);
+
+    std::string expected = old;
+    {
+        Pager pager;
+        ASSERT_TRUE(pager.Open(path));
+        ASSERT_TRUE(pager.BeginRead());
+        EXPECT_EQ(pager.PageCount(), old.size() / kPage);
+        PageHandle page;
+        ASSERT_TRUE(pager.Read(700, page));
+        EXPECT_EQ(Bytes(page), PageOf(old, 700));
+        ASSERT_TRUE(pager.BeginWrite());
+        ASSERT_TRUE(pager.Write(700, page));
+        page->bytes[100] ^= 0xFF;
+        SetPage(expected, 700, Bytes(page));
+        ASSERT_TRUE(pager.Write(1, page));
+        page->bytes[1023] ^= 0x55;
+        SetPage(expected, 1, Bytes(page));
+        ASSERT_TRUE(pager.Commit());
+
+        // The pager keeps reading what it committed.
+        ASSERT_TRUE(pager.Read(700, page));
+        EXPECT_EQ(Bytes(page), PageOf(expected, 700));
+        pager.EndRead();
+    }
+    EXPECT_EQ(ReadFile(path), expected);
+    EXPECT_EQ(ReadThroughPager(path), expected);
+}
+
+TEST(PagerRoundTrip, WriteHandsOutTheBufferReadHandedOut)
+{
+    TempDir dir;
+    const std::string path = dir.File("same.db");
+    WriteFile(path, PatternFile(4, 'a'));
+    Pager pager;
+    ASSERT_TRUE(pager.Open(path));
+    ASSERT_TRUE(pager.BeginRead());
+    PageHandle read, written;
+    ASSERT_TRUE(pager.Read(2, read));
+    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(pager.Write(2, written));
+    EXPECT_EQ(read.get(), written.get()) << "a change through one handle must show through the other";
+    written->bytes[5] = 'X';
+    PageHandle again;
+    ASSERT_TRUE(pager.Read(2, again));
+    EXPECT_EQ(again->bytes[5], 'X');
+}
+
+TEST(PagerRoundTrip, TruncationShrinksTheFileAndLaterAppendsStartFromZeros)
+{
+    TempDir dir;
+    const std::string path = dir.File("cut.db");
+    WriteFile(path, PatternFile(10, 'a'));
+    Pager pager;
+    ASSERT_TRUE(pager.Open(path));
+    ASSERT_TRUE(pager.BeginRead());
+    PageHandle page;
+    ASSERT_TRUE(pager.Read(8, page)); // cached before the cut
+    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(pager.Truncate(6));
+    EXPECT_EQ(pager.PageCount(), 6u);
+    ASSERT_TRUE(pager.Read(8, page));
+    EXPECT_EQ(Bytes(page), std::string(kPage, '\0')) << "a page cut off reads as zeros";
+    ASSERT_TRUE(pager.Write(7, page));
+    EXPECT_EQ(Bytes(page), std::string(kPage, '\0')) << "a page appended after a cut is new";
+    ASSERT_TRUE(pager.Commit());
+    pager.EndRead();
+
+    std::string expected = PatternFile(6, 'a') + std::string(kPage, '\0');
+    EXPECT_EQ(ReadFile(path), expected);
+}
+
+TEST(PagerRoundTrip, PagesPastTheEndReadAsZerosAndOnlyTheNextOneCanBeAppended)
+{
+    TempDir dir;
+    const std::string path = dir.File("end.db");
+    WriteFile(path, PatternFile(2, 'a') + "partial"); // a trailing partial page is not a page
+    Pager pager;
+    ASSERT_TRUE(pager.Open(path));
+    ASSERT_TRUE(pager.BeginRead());
+    EXPECT_EQ(pager.PageCount(), 2u);
+    PageHandle page;
+    ASSERT_TRUE(pager.Read(3, page));
+    EXPECT_EQ(Bytes(page), std::string(kPage, '\0'));
+    EXPECT_EQ(pager.Read(0, page).Code(), sqlite2::kCorrupt);
+
+    ASSERT_TRUE(pager.BeginWrite());
+    EXPECT_FALSE(pager.Write(4, page)) << "page 4 would leave a hole at page 3";
+    EXPECT_FALSE(pager.Write(0, page));
+    EXPECT_TRUE(pager.Write(3, page));
+    EXPECT_EQ(pager.PageCount(), 3u);
+}
+
+TEST(PagerRoundTrip, CallsOutOfTurnAreRefused)
+{
+    TempDir dir;
+    const std::string path = dir.File("turn.db");
+    WriteFile(path, PatternFile(2, 'a'));
+    Pager pager;
+    ASSERT_TRUE(pager.Open(path));
+    PageHandle page;
+    EXPECT_FALSE(pager.Read(1, page)) << "no read without the read lock";
+    ASSERT_TRUE(pager.BeginRead());
+    EXPECT_FALSE(pager.Write(1, page)) << "no change without the write lock";
+    EXPECT_FALSE(pager.Truncate(1));
+    ASSERT_TRUE(pager.BeginWrite());
+    pager.EndRead();
+    EXPECT_TRUE(pager.IsWriting()) << "EndRead must not end a write";
+    ASSERT_TRUE(pager.Write(1, page));
+    Fill(page, PatternPage(1, 'b'));
+    ASSERT_TRUE(pager.Commit());
+    EXPECT_EQ(PageOf(ReadFile(path), 1), PatternPage(1, 'b'));
+}
+
+TEST(PagerRoundTrip, RollbackForgetsEveryChange)
+{
+    TempDir dir;
+    const std::string path = dir.File("undo.db");
+    const std::string old = PatternFile(5, 'a');
+    WriteFile(path, old);
+    Pager pager;
+    ASSERT_TRUE(pager.Open(path));
+    ASSERT_TRUE(pager.BeginRead());
+    ASSERT_TRUE(pager.BeginWrite());
+    PageHandle held;
+    ASSERT_TRUE(pager.Write(2, held));
+    Fill(held, PatternPage(2, 'b'));
+    PageHandle page;
+    ASSERT_TRUE(pager.Write(6, page));
+    ASSERT_TRUE(pager.Truncate(3));
+    pager.Rollback();
+    EXPECT_TRUE(pager.IsReading());
+    EXPECT_FALSE(pager.IsWriting());
+    EXPECT_EQ(pager.PageCount(), 5u);
+    for (uint32_t n = 1; n <= 5; ++n) {
+        ASSERT_TRUE(pager.Read(n, page));
+        EXPECT_EQ(Bytes(page), PatternPage(n, 'a')) << "page " << n;
+    }
+    EXPECT_EQ(Bytes(held), PatternPage(2, 'a')) << "a held page shows its old content again";
+
+    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(pager.Commit());
+    EXPECT_EQ(ReadFile(path), old);
+}
+
+TEST(PagerRoundTrip, ACommitWithoutARealChangeWritesNothing)
+{
+    TempDir dir;
+    const std::string path = dir.File("idle.db");
+    WriteFile(path, PatternFile(5, 'a'));
+    Pager pager;
+    ASSERT_TRUE(pager.Open(path));
+    ASSERT_TRUE(pager.BeginRead());
+    Pager::SetWriteObserver(CountingObserver);
+    writesSeen = 0;
+
+    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(pager.Commit());
+    EXPECT_EQ(writesSeen, 0) << "no change";
+
+    ASSERT_TRUE(pager.BeginWrite());
+    PageHandle page;
+    ASSERT_TRUE(pager.Write(3, page)); // made changeable, left as it was
+    ASSERT_TRUE(pager.Commit());
+    EXPECT_EQ(writesSeen, 0) << "a page written back unchanged";
+    Pager::SetWriteObserver(nullptr);
+    EXPECT_FALSE(Exists(path + "-journal"));
+    EXPECT_EQ(ReadFile(path), PatternFile(5, 'a'));
+}
+
+TEST(PagerRoundTrip, AScanLetsGoOfPagesButNeverOfChangesOrHeldPages)
+{
+    TempDir dir;
+    const std::string path = dir.File("scan.db");
+    const uint32_t pages = 8192; // four times what the cache keeps
+    WriteFile(path, PatternFile(pages, 'a'));
+    Pager pager;
+    ASSERT_TRUE(pager.Open(path));
+    ASSERT_TRUE(pager.BeginRead());
+    PageHandle held;
+    ASSERT_TRUE(pager.Read(3, held));
+    std::weak_ptr<sqlite2::PageBuffer> released;
+    {
+        PageHandle page;
+        ASSERT_TRUE(pager.Read(5, page));
+        released = page;
+    }
+    ASSERT_TRUE(pager.BeginWrite());
+    PageHandle changed;
+    ASSERT_TRUE(pager.Write(7, changed));
+    Fill(changed, PatternPage(7, 'b'));
+    changed.reset();
+
+    for (uint32_t n = 1; n <= pages; ++n) {
+        PageHandle page;
+        ASSERT_TRUE(pager.Read(n, page));
+        ASSERT_EQ(Bytes(page), n == 7 ? PatternPage(7, 'b') : PatternPage(n, 'a')) << "page " << n;
+    }
+    EXPECT_TRUE(released.expired()) << "a scan must not keep the whole file in memory";
+
+    PageHandle page;
+    ASSERT_TRUE(pager.Read(7, page));
+    EXPECT_EQ(Bytes(page), PatternPage(7, 'b')) << "a change must survive the scan";
+    ASSERT_TRUE(pager.Write(3, page));
+    EXPECT_EQ(page.get(), held.get()) << "a held page must stay the cached one";
+    ASSERT_TRUE(pager.Commit());
+    std::string file = ReadFile(path);
+    EXPECT_EQ(PageOf(file, 7), PatternPage(7, 'b'));
+    EXPECT_EQ(file.size(), size_t(pages) * kPage);
+}
+
+TEST(PagerRoundTrip, ARealDatabaseReadsPageForPage)
+{
+    for (const char* name : {"overflow.db", "swapped_tree.db", "empty.db"}) {
+        TempDir dir;
+        const std::string path = dir.File(name);
+        WriteFile(path, Fixture(name));
+        EXPECT_EQ(ReadThroughPager(path), Fixture(name)) << name;
+    }
+}
+
+TEST(PagerRoundTrip, ADirectoryCannotBeOpened)
+{
+    TempDir dir;
+    Pager pager;
+    sqlite2::Status status = pager.Open(dir.Path());
+    EXPECT_EQ(status.Code(), sqlite2::kCantOpen);
+    EXPECT_EQ(status.Message(), "unable to open database file");
+    EXPECT_FALSE(pager.BeginRead());
+}
