@@ -32,6 +32,9 @@ public:
 
 // A shared handle: every copy refers to the same target, which is deleted
 // once, when the last handle goes. Operations are forwarded to the target.
+// A null target is refused with a report; such an empty handle answers like
+// a parameter with nothing in it (empty name and value, null value reference
+// and clone, writes nothing) and sets do not take it.
 class ZT_ParameterRef : public ZT_Parameter {
 public:
     explicit ZT_ParameterRef(ZT_Parameter* owned);
@@ -39,21 +42,21 @@ public:
     ~ZT_ParameterRef() override;
 
     ZT_Parameter* Clone() const override;
-    ZT_Value* GetValueRef() override { return target->GetValueRef(); }
-    ZT_Value& GetValue(ZT_Value& out) const override { return target->GetValue(out); }
-    void SetValue(const ZT_Value& value) override { target->SetValue(value); }
-    const ZT_String* GetName() const override { return target->GetName(); }
-    void SetName(const char* name) override { target->SetName(name); }
-    void Save(ZT_OutlineWriter& writer) const override { target->Save(writer); }
-    void Load(ZT_OutlineReader& reader) override { target->Load(reader); }
-    ZT_ColumnInfo* GetDefinition() const override { return target->GetDefinition(); }
-    void SetDefinition(ZT_ColumnInfo* definition) override { target->SetDefinition(definition); }
-    ZT_ParameterGroup* AsGroup() override { return target->AsGroup(); }
+    ZT_Value* GetValueRef() override { return target ? target->GetValueRef() : nullptr; }
+    ZT_Value& GetValue(ZT_Value& out) const override;
+    void SetValue(const ZT_Value& value) override;
+    const ZT_String* GetName() const override;
+    void SetName(const char* name) override;
+    void Save(ZT_OutlineWriter& writer) const override;
+    void Load(ZT_OutlineReader& reader) override;
+    ZT_ColumnInfo* GetDefinition() const override { return target ? target->GetDefinition() : nullptr; }
+    void SetDefinition(ZT_ColumnInfo* definition) override;
+    ZT_ParameterGroup* AsGroup() override { return target ? target->AsGroup() : nullptr; }
 
     ZT_Parameter* GetTarget() const { return target; }
     int GetShareCount() const { return counter ? *counter : 0; }
 
 private:
     ZT_Parameter* target;
-    int* counter;
+    int* counter; // null together with target
 };

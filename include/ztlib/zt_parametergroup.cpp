@@ -100,6 +100,12 @@ void ZT_ParameterSetAuto::AddOwned(ZT_Parameter* parameter)
 
 void ZT_ParameterSetAuto::Append(ZT_ParameterRef* reference)
 {
+    // Dialogs and builders use every child's value and name: an empty handle
+    // (already reported when it was made) has neither.
+    if (!reference->GetTarget()) {
+        delete reference;
+        return;
+    }
     children.Add(reference);
     index.SetAt(reference->GetName()->GetString(), reference, false, false);
 }

@@ -58,10 +58,12 @@ public:
 
     // Appends a new handle sharing the reference's parameter. A name already
     // present stays found as the first; the new child is listed all the same.
+    // An empty handle (no target) is not added.
     void AddShared(const ZT_ParameterRef& reference);
 
 protected:
-    // Appends a handle that owns a parameter made for this set.
+    // Appends a handle that owns a parameter made for this set; a null
+    // parameter is reported and not added.
     void AddOwned(ZT_Parameter* parameter);
 
 private:
