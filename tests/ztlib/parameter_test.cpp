@@ -97,6 +97,43 @@ TEST(Parameter, ReferencesShareAndDeleteTheTargetOnce)
     EXPECT_EQ(Counted::alive, 0);
 }
 
+TEST(Parameter, ReferenceRefusesANullTarget)
+{
+    MessageCapture messages;
+    ZT_ParameterRef empty(nullptr);
+    EXPECT_TRUE(messages.Contains("ZT_ParameterRef: null target refused  \t[E]"));
+    EXPECT_EQ(empty.GetTarget(), nullptr);
+    EXPECT_EQ(empty.GetShareCount(), 0);
+
+    // Every operation answers like a parameter with nothing in it.
+    empty.SetValue(Text("x"));
+    ZT_Value value;
+    value.SetInt(5);
+    EXPECT_EQ(empty.GetValue(value).GetKindBits(), 0);
+    EXPECT_EQ(empty.GetValueRef(), nullptr);
+    EXPECT_STREQ(*empty.GetName(), "");
+    EXPECT_STREQ(*empty.GetLabel(), "");
+    empty.SetName("named");
+    EXPECT_STREQ(*empty.GetName(), "");
+    empty.SetDefinition(nullptr);
+    EXPECT_EQ(empty.GetDefinition(), nullptr);
+    EXPECT_EQ(empty.AsGroup(), nullptr);
+    ZT_Parameter* clone = empty.Clone();
+    EXPECT_EQ(clone, nullptr);
+    delete clone;
+    ZT_OutlineWriter writer;
+    empty.Save(writer);
+    EXPECT_EQ(writer.GetText(), "");
+    ZT_OutlineReader reader("t = 1\n");
+    empty.Load(reader);
+
+    ZT_ParameterRef copy(empty);
+    EXPECT_EQ(copy.GetShareCount(), 0);
+    ZT_ParameterSetAuto set;
+    set.AddShared(copy);
+    EXPECT_EQ(set.GetCount(), 0) << "a set takes no empty handle";
+}
+
 TEST(ParameterSet, CopiesShareTheirChildren)
 {
     traced.clear();
@@ -243,41 +280,4 @@ TEST(ParameterSet, NestedSetsCarryEveryTextBackUnchanged)
         EXPECT_EQ(ValueOf(before), "}\n{");
         EXPECT_EQ(ValueOf(after), "\\");
     }
-}
-
-TEST(Parameter, ReferenceRefusesANullTarget)
-{
-    MessageCapture messages;
-    ZT_ParameterRef empty(nullptr);
-    EXPECT_TRUE(messages.Contains("ZT_ParameterRef: null target refused  \t[E]"));
-    EXPECT_EQ(empty.GetTarget(), nullptr);
-    EXPECT_EQ(empty.GetShareCount(), 0);
-
-    // Every operation answers like a parameter with nothing in it.
-    empty.SetValue(Text("x"));
-    ZT_Value value;
-    value.SetInt(5);
-    EXPECT_EQ(empty.GetValue(value).GetKindBits(), 0);
-    EXPECT_EQ(empty.GetValueRef(), nullptr);
-    EXPECT_STREQ(*empty.GetName(), "");
-    EXPECT_STREQ(*empty.GetLabel(), "");
-    empty.SetName("named");
-    EXPECT_STREQ(*empty.GetName(), "");
-    empty.SetDefinition(nullptr);
-    EXPECT_EQ(empty.GetDefinition(), nullptr);
-    EXPECT_EQ(empty.AsGroup(), nullptr);
-    ZT_Parameter* clone = empty.Clone();
-    EXPECT_EQ(clone, nullptr);
-    delete clone;
-    ZT_OutlineWriter writer;
-    empty.Save(writer);
-    EXPECT_EQ(writer.GetText(), "");
-    ZT_OutlineReader reader("t = 1\n");
-    empty.Load(reader);
-
-    ZT_ParameterRef copy(empty);
-    EXPECT_EQ(copy.GetShareCount(), 0);
-    ZT_ParameterSetAuto set;
-    set.AddShared(copy);
-    EXPECT_EQ(set.GetCount(), 0) << "a set takes no empty handle";
 }
