@@ -1,0 +1,109 @@
+-- start: new
+-- ORDER BY on numeric and text columns, mixed numbers and texts, NULLs,
+-- DESC, several keys, expressions and result-column numbers.
+
+CREATE TABLE m(id INTEGER PRIMARY KEY, num NUMERIC, txt TEXT, any);
+
+INSERT INTO m VALUES(1, 10, 10, 10);
+
+INSERT INTO m VALUES(2, 9, 9, 9);
+
+INSERT INTO m VALUES(3, '010', '010', '010');
+
+INSERT INTO m VALUES(4, 1.5, 1.5, 1.5);
+
+INSERT INTO m VALUES(5, 'abc', 'abc', 'abc');
+
+INSERT INTO m VALUES(6, 'ABC', 'ABC', 'ABC');
+
+INSERT INTO m VALUES(7, NULL, NULL, NULL);
+
+INSERT INTO m VALUES(8, -3, -3, -3);
+
+INSERT INTO m VALUES(9, '', '', '');
+
+INSERT INTO m VALUES(10, 1e2, 1e2, 1e2);
+
+INSERT INTO m VALUES(11, ' 7', ' 7', ' 7');
+
+INSERT INTO m VALUES(12, 0, 0, 0);
+
+INSERT INTO m VALUES(13, -0.5, -0.5, -0.5);
+
+INSERT INTO m VALUES(14, 'b', 'b', 'b');
+
+SELECT id, num FROM m ORDER BY num, id;
+
+SELECT id, txt FROM m ORDER BY txt, id;
+
+SELECT id, any FROM m ORDER BY any, id;
+
+SELECT id, num FROM m ORDER BY num DESC, id;
+
+SELECT id, txt FROM m ORDER BY txt DESC, id DESC;
+
+SELECT id FROM m ORDER BY num || '', id;
+
+SELECT id FROM m ORDER BY txt + 0, id;
+
+SELECT id, num FROM m ORDER BY 2, 1 DESC;
+
+SELECT id, num AS k FROM m ORDER BY k DESC, id;
+
+SELECT id FROM m WHERE num NOTNULL ORDER BY num ASC, id LIMIT 5;
+
+SELECT id FROM m ORDER BY num LIMIT 3 OFFSET 2;
+
+SELECT id FROM m ORDER BY num LIMIT 4, 3;
+
+SELECT id FROM m ORDER BY -id LIMIT 3;
+
+SELECT id FROM m ORDER BY upper(txt), id;
+
+SELECT id FROM m ORDER BY length(txt), txt, id;
+
+SELECT id FROM m ORDER BY id % 3, id DESC;
+
+CREATE TABLE p(a, b TEXT, c INTEGER);
+
+INSERT INTO p VALUES(1, 'x', 3);
+
+INSERT INTO p VALUES(1, 'y', 2);
+
+INSERT INTO p VALUES(2, 'x', 1);
+
+INSERT INTO p VALUES(2, 'X', NULL);
+
+INSERT INTO p VALUES(NULL, 'x', 5);
+
+INSERT INTO p VALUES(1, NULL, 4);
+
+SELECT * FROM p ORDER BY a, b;
+
+SELECT * FROM p ORDER BY a DESC, b DESC;
+
+SELECT * FROM p ORDER BY b, a DESC, c;
+
+SELECT * FROM p ORDER BY c DESC;
+
+SELECT * FROM p ORDER BY a, c DESC;
+
+SELECT a, b FROM p ORDER BY 2, 1;
+
+SELECT b, count(*) FROM p GROUP BY b ORDER BY 2 DESC, 1;
+
+SELECT * FROM p ORDER BY 3;
+
+SELECT * FROM p ORDER BY 4;
+
+SELECT * FROM p ORDER BY nosuch;
+
+SELECT a FROM p UNION SELECT c FROM p ORDER BY 1;
+
+SELECT a FROM p UNION ALL SELECT c FROM p ORDER BY 1 DESC;
+
+SELECT b FROM p INTERSECT SELECT 'x' ORDER BY 1;
+
+SELECT a FROM p EXCEPT SELECT 2 ORDER BY 1;
+
+SELECT a AS first FROM p UNION SELECT b FROM p ORDER BY first;

@@ -1,0 +1,117 @@
+-- start: new
+-- Numbers in every spelling: how each is stored, shown, compared, sorted
+-- and computed with, in numeric and text columns.
+
+CREATE TABLE v(s TEXT, n NUMERIC, i INTEGER, r REAL, x);
+
+INSERT INTO v VALUES('007', 007, 007, 007, 007);
+
+INSERT INTO v VALUES('1.50', 1.50, 1.50, 1.50, 1.50);
+
+INSERT INTO v VALUES('1e3', 1e3, 1e3, 1e3, 1e3);
+
+INSERT INTO v VALUES('1E3', 1E3, 1E3, 1E3, 1E3);
+
+INSERT INTO v VALUES('-0', -0, -0, -0, -0);
+
+INSERT INTO v VALUES('+5', +5, +5, +5, +5);
+
+INSERT INTO v VALUES(' 7', ' 7', ' 7', ' 7', ' 7');
+
+INSERT INTO v VALUES('9999999999', 9999999999, 9999999999, 9999999999, 9999999999);
+
+INSERT INTO v VALUES('0.1', 0.1, 0.1, 0.1, 0.1);
+
+INSERT INTO v VALUES('1e-5', 1e-5, 1e-5, 1e-5, 1e-5);
+
+INSERT INTO v VALUES('12345678901234567890', 12345678901234567890, 12345678901234567890, 12345678901234567890, 12345678901234567890);
+
+INSERT INTO v VALUES('-007.50', -007.50, -007.50, -007.50, -007.50);
+
+INSERT INTO v VALUES('.5', .5, .5, .5, .5);
+
+INSERT INTO v VALUES('5.', 5., 5., 5., 5.);
+
+INSERT INTO v VALUES('1e400', 1e400, 1e400, 1e400, 1e400);
+
+INSERT INTO v VALUES('2.5e-50', 2.5e-50, 2.5e-50, 2.5e-50, 2.5e-50);
+
+INSERT INTO v VALUES('0x10', '0x10', '0x10', '0x10', '0x10');
+
+INSERT INTO v VALUES('-2147483648', -2147483648, -2147483648, -2147483648, -2147483648);
+
+INSERT INTO v VALUES('- 5', - 5, - 5, - 5, - 5);
+
+INSERT INTO v VALUES('--5', - -5, - -5, - -5, - -5);
+
+INSERT INTO v VALUES('+-5', +-5, +-5, +-5, +-5);
+
+SELECT * FROM v ORDER BY rowid;
+
+SELECT s, n + 0, i * 1, r - 0, x / 1 FROM v ORDER BY rowid;
+
+SELECT s, x + 0.0, x * 1.0, x || '' FROM v ORDER BY rowid;
+
+SELECT s FROM v ORDER BY n, s;
+
+SELECT s FROM v ORDER BY s;
+
+SELECT s FROM v WHERE n = 7 ORDER BY rowid;
+
+SELECT s FROM v WHERE n = 1000 ORDER BY rowid;
+
+SELECT s FROM v WHERE n = 0 ORDER BY rowid;
+
+SELECT s FROM v WHERE n = 1.5 ORDER BY rowid;
+
+SELECT s FROM v WHERE n > 1e9 ORDER BY rowid;
+
+SELECT s FROM v WHERE n < 0 ORDER BY rowid;
+
+SELECT s, abs(x), round(x), round(x, 2) FROM v ORDER BY rowid;
+
+SELECT s, length(x), typeof(x), x = s FROM v ORDER BY rowid;
+
+SELECT count(DISTINCT n) FROM v;
+
+SELECT count(*) FROM (SELECT DISTINCT n FROM v);
+
+SELECT count(*) FROM (SELECT DISTINCT s FROM v);
+
+SELECT DISTINCT n FROM v WHERE n BETWEEN 999 AND 1001;
+
+CREATE INDEX v_n ON v(n);
+
+CREATE INDEX v_s ON v(s);
+
+SELECT s FROM v WHERE n = 1000 ORDER BY rowid;
+
+SELECT s FROM v WHERE n = 7 ORDER BY rowid;
+
+SELECT s FROM v WHERE n >= 1000 ORDER BY n, rowid;
+
+SELECT s FROM v WHERE s = '007';
+
+SELECT s FROM v WHERE s = 7;
+
+SELECT 007, 1.50, 1e3, -0, +5, 0.1, 1e-5;
+
+SELECT 9999999999, 12345678901234567890, 1e400, -1e400, 2.5e-50;
+
+SELECT 007 + 0, 1.50 + 0, 1e3 + 0, -0 + 0, 0.1 + 0, 1e-5 + 0;
+
+SELECT 9999999999 + 0, 12345678901234567890 + 0, 1e400 + 0, 2.5e-50 * 1;
+
+SELECT -(-2147483648), -2147483648 - 1, 2147483647 + 1, 4294967296 + 0;
+
+SELECT '007' + 0, '1.50' * 1, ' 7' + 0, '7 ' + 0, 'abc' + 0, '' + 0, '1e3' + 0, '0x10' + 0;
+
+SELECT '12abc' + 0, '-' + 0, '+3' + 0, '.5' + 0, '5.' + 0, '1e' + 0;
+
+UPDATE v SET x = x + 1 WHERE rowid <= 5;
+
+SELECT s, x FROM v WHERE rowid <= 5 ORDER BY rowid;
+
+UPDATE v SET r = r * 2 WHERE rowid BETWEEN 6 AND 12;
+
+SELECT s, r FROM v WHERE rowid BETWEEN 6 AND 12 ORDER BY rowid;
