@@ -5,9 +5,11 @@
 #include "zttl/zt_parse.h"
 #include "zttl/zt_report.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <string>
 #include <sys/stat.h>
 #include <vector>
 
@@ -128,6 +130,34 @@ ZT_SQLiteDatabase* TryGeneration(const char* file)
     return nullptr;
 }
 
+bool StartsWith(const std::string& path, const unsigned char* expected, size_t length)
+{
+    unsigned char bytes[64] = {};
+    FILE* file = fopen(path.c_str(), "rb");
+    if (!file)
+        return false;
+    const bool same = fread(bytes, 1, length, file) == length && memcmp(bytes, expected, length) == 0;
+    fclose(file);
+    return same;
+}
+
+// A 2.x file, or a file whose 2.x writer died and left its journal: the
+// SQLite 3 library must not see it first, as it deletes a journal it
+// cannot read, and with it the only way back to the file's last state.
+bool IsSqlite2File(const char* file)
+{
+    static const unsigned char header[] = "** This file contains an SQLite 2.1 database **";
+    if (StartsWith(file, header, sizeof header))
+        return true;
+    static const unsigned char journal[3][8] = {{0xd9, 0xd5, 0x05, 0xf9, 0x20, 0xa1, 0x63, 0xd4},
+                                                {0xd9, 0xd5, 0x05, 0xf9, 0x20, 0xa1, 0x63, 0xd5},
+                                                {0xd9, 0xd5, 0x05, 0xf9, 0x20, 0xa1, 0x63, 0xd6}};
+    for (const auto& magic : journal)
+        if (StartsWith(std::string(file) + "-journal", magic, sizeof magic))
+            return true;
+    return false;
+}
+
 } // namespace
 
 void KeepDatabaseUntilExit(ZT_SQLiteDatabase* database)
@@ -137,6 +167,8 @@ void KeepDatabaseUntilExit(ZT_SQLiteDatabase* database)
 
 ZT_SQLiteDatabase* OpenDatabase(const char* file)
 {
+    if (file && IsSqlite2File(file))
+        return TryGeneration<ZT_SQLite2Database>(file);
     if (ZT_SQLiteDatabase* database = TryGeneration<ZT_SQLite3Database>(file))
         return database;
     if (ZT_SQLiteDatabase* database = TryGeneration<ZT_SQLite2Database>(file))

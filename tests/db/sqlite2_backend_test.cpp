@@ -77,3 +77,58 @@ TEST(Sqlite2Backend, WritesPersistAndLastInsertRowId)
     EXPECT_TRUE(reopened.QueryValue(name, "SELECT name FROM person WHERE id = 41"));
     EXPECT_STREQ(name, "New");
 }
+
+namespace {
+
+std::string ReadBytes(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+void PutBigEndian(std::string& bytes, size_t at, uint32_t value)
+{
+    for (int i = 0; i < 4; ++i)
+        bytes[at + size_t(i)] = char(value >> (24 - 8 * i));
+}
+
+// The journal a 2.8 writer leaves when it dies after spilling a page: one
+// record with page 3's original content and the original page count.
+std::string JournalRestoringPage3(const std::string& original)
+{
+    std::string journal("\xd9\xd5\x05\xf9\x20\xa1\x63\xd6", 8);
+    journal.resize(20 + 1032);
+    const uint32_t seed = 0x1234567;
+    PutBigEndian(journal, 8, 1);
+    PutBigEndian(journal, 12, seed);
+    PutBigEndian(journal, 16, uint32_t(original.size() / 1024));
+    PutBigEndian(journal, 20, 3);
+    journal.replace(24, 1024, original.substr(2 * 1024, 1024));
+    PutBigEndian(journal, 24 + 1024, seed + 3);
+    return journal;
+}
+
+} // namespace
+
+TEST(Sqlite2Backend, HotJournalSurvivesOpenDatabaseAndIsRolledBack)
+{
+    TempDir dir;
+    const std::string path = CopyOfFixture(dir, "person");
+    const std::string original = ReadBytes(path);
+    std::ofstream(path + "-journal", std::ios::binary) << JournalRestoringPage3(original);
+    std::string torn = original;
+    torn.replace(2 * 1024, 1024, std::string(1024, '\x55')); // a half-written page
+    torn.append(3 * 1024, '\0');                              // and pages the dead writer added
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << torn;
+
+    ZT_SQLiteDatabase* database = OpenDatabase(path.c_str());
+    ASSERT_NE(database, nullptr);
+    EXPECT_EQ(database->Version(), 2.0);
+    ZT_String count;
+    EXPECT_TRUE(database->QueryValue(count, "SELECT count(*) FROM person"));
+    EXPECT_STREQ(count, "40");
+    database->Close();
+    ReleaseDatabase(database);
+    EXPECT_EQ(ReadBytes(path), original);
+    EXPECT_FALSE(std::ifstream(path + "-journal").good()) << "the journal is gone once rolled back";
+}
