@@ -1,0 +1,55 @@
+#pragma once
+
+// Helpers of the B-tree tests: a 2.x file opened through the pager, trees
+// registered in sqlite_master so that the checker sees them, and comparisons
+// of a tree with a std::map model.
+#include "btree.h"
+
+#include <map>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+using Model = std::map<std::string, std::string>;
+
+// A file opened for reading; Begin/Commit wrap one write.
+class TestDb {
+public:
+    explicit TestDb(const std::string& path);
+
+    sqlite2::Pager pager;
+    sqlite2::BTree tree{pager};
+
+    void Begin();
+    void Commit();
+    void Rollback();
+
+    // Creates a tree and its sqlite_master row (the schema cookie changes).
+    uint32_t AddTree(const std::string& type, const std::string& name, const std::string& table,
+                     const std::optional<std::string>& sql);
+    uint32_t AddTable(const std::string& name, const std::string& sql) { return AddTree("table", name, name, sql); }
+    // Root page of a table or index by its name, 0 when there is none.
+    uint32_t RootOf(const std::string& name);
+};
+
+// Everything the checker finds wrong with the file. Trees named in `raw` hold
+// keys and data no table could: the checker still walks every page of them,
+// only its complaint that their rows are no records is left out.
+std::vector<std::string> FileProblems(const std::string& path, const std::vector<std::string>& raw = {});
+
+// Every entry of the tree in order, read forwards with Payload and
+// backwards with Key and Data.
+Model ReadForward(sqlite2::BTree& tree, uint32_t root);
+Model ReadBackward(sqlite2::BTree& tree, uint32_t root);
+void ExpectTreeEquals(sqlite2::BTree& tree, uint32_t root, const Model& model);
+// Seeks of present keys, of keys between them and beyond both ends.
+void ExpectSeeksAgree(sqlite2::BTree& tree, uint32_t root, const Model& model, std::mt19937& random, int count);
+
+// A text of this many bytes, from a small alphabet so that texts share prefixes.
+std::string RandomText(std::mt19937& random, size_t length);
+// Lengths from 0 to `largest`, most small, some across every overflow length.
+size_t RandomLength(std::mt19937& random, size_t largest);
+std::string RowKey(int32_t rowid);
+uint64_t FileSize(const std::string& path);
+void CopyFixture(const std::string& name, const std::string& to);
