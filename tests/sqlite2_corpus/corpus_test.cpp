@@ -257,6 +257,9 @@ TEST_P(Corpus, AnswersAsSqlite2Does)
         if (got != golden)
             differences.push_back({what, subject, golden, got, FirstDifference(golden, got)});
     }
+    // Kept on request, so that a developer can hand our files to real 2.8.
+    if (const char* keep = std::getenv("ROWKEEPER_CORPUS_KEEP"); keep && *keep)
+        CopyFile(path, std::string(keep) + "/" + name + ".db");
     std::string problems;
     for (const std::string& problem : CheckSqlite2File(path))
         problems += problem + "\n";
