@@ -33,6 +33,9 @@ struct PageCollector {
 
     Status Collect(uint32_t page, int depth)
     {
+        // A root past the end of the file reads as an empty leaf: nothing to collect.
+        if (depth == 0 && page > pager.PageCount())
+            return Status::Ok();
         if (depth > btree::kMaxDepth || page < 2 || page > pager.PageCount() || !seen.insert(page).second)
             return Status::Corrupt();
         PageHandle handle;

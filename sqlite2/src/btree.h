@@ -58,6 +58,8 @@ public:
     void NoteChange() { ++changes; }
 
 private:
+    Status Grow(uint32_t& page);
+
     Pager& pager;
     ByteOrder order;
     bool empty = true;

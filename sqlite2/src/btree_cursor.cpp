@@ -70,6 +70,7 @@ struct Cursor::State {
     Status Locate(std::string_view wanted, bool exact);
     Status Current(CellInfo& cell) const;
     Status ReadKey(std::string& out);
+    Status Refresh(const TreeEdit& edit);
     Status Settle(Status status);
     Status Sync();
     Path ToPath() const;
@@ -163,7 +164,7 @@ Status Cursor::State::StepPrevious()
 Status Cursor::State::Compare(const Level& level, int cell, std::string_view wanted, int& result)
 {
     CellInfo info = level.view.Cell(cell);
-    if (!level.view.CellFits(cell))
+    if (!info.fits)
         return Status::Corrupt();
     if (info.KeyIsLocal()) {
         result = CompareKeys(info.LocalKey(), wanted);
@@ -186,14 +187,19 @@ Status Cursor::State::Compare(const Level& level, int cell, std::string_view wan
 // a leaf where it would be inserted.
 Status Cursor::State::Descend(std::string_view wanted, bool& found)
 {
-    stack.clear();
+    // Pages of the current stack are still good when the tree has not
+    // changed: the upper levels of one search are mostly those of the last.
+    const bool unchanged = seen == tree.ChangeCount();
     onEntry = false;
     found = false;
     uint32_t page = root;
-    for (;;) {
-        if (Status status = Push(page); !status)
-            return status;
-        Level& level = stack.back();
+    for (size_t depth = 0;; ++depth) {
+        if (!unchanged || depth >= stack.size() || stack[depth].page != page) {
+            stack.resize(depth);
+            if (Status status = Push(page); !status)
+                return status;
+        }
+        Level& level = stack[depth];
         int low = 0, high = level.view.Count();
         while (low < high) {
             const int middle = (low + high) / 2;
@@ -203,6 +209,7 @@ Status Cursor::State::Descend(std::string_view wanted, bool& found)
             if (order == 0) {
                 level.index = middle;
                 found = onEntry = true;
+                stack.resize(depth + 1);
                 return Status::Ok();
             }
             if (order < 0)
@@ -211,8 +218,10 @@ Status Cursor::State::Descend(std::string_view wanted, bool& found)
                 high = middle;
         }
         level.index = low;
-        if (level.view.IsLeaf())
+        if (level.view.IsLeaf()) {
+            stack.resize(depth + 1);
             return Status::Ok();
+        }
         page = level.view.Child(low);
     }
 }
@@ -254,10 +263,8 @@ Status Cursor::State::Current(CellInfo& cell) const
     if (!onEntry)
         return NoEntry();
     const Level& level = stack.back();
-    if (!level.view.CellFits(level.index))
-        return Status::Corrupt();
     cell = level.view.Cell(level.index);
-    return Status::Ok();
+    return cell.fits ? Status::Ok() : Status::Corrupt();
 }
 
 Status Cursor::State::ReadKey(std::string& out)
@@ -270,6 +277,22 @@ Status Cursor::State::ReadKey(std::string& out)
         return Status::Ok();
     }
     return ReadPayload(tree.Pages(), tree.Order(), cell, 0, cell.keyLength, out);
+}
+
+// After a change that put cells on other pages, the way down is searched
+// again; otherwise only the pages written are read again, the stack stays.
+Status Cursor::State::Refresh(const TreeEdit& edit)
+{
+    for (Level& level : stack) {
+        if (!edit.Changed(level.page))
+            continue;
+        if (Status status = tree.Pages().Read(level.page, level.handle); !status)
+            return status;
+        if (!level.view.Load(tree.Order(), level.handle->bytes) || level.index >= level.view.Count())
+            return Status::Corrupt();
+    }
+    onEntry = true;
+    return Status::Ok();
 }
 
 // Ends a move: the cursor remembers the key of its new entry, or forgets
@@ -429,7 +452,7 @@ Status Cursor::Insert(std::string_view key, std::string_view data)
     Status status = found ? edit.Replace(s.ToPath(), key, data) : edit.Insert(s.ToPath(), key, data);
     s.tree.NoteChange();
     if (status)
-        status = s.Descend(key, found);
+        status = edit.Restructured() ? s.Descend(key, found) : s.Refresh(edit);
     return s.Settle(status);
 }
 

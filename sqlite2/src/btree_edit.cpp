@@ -140,6 +140,12 @@ Status TreeEdit::Remove(Path path)
     return Rebalance(path);
 }
 
+bool TreeEdit::Changed(uint32_t page) const
+{
+    auto found = nodes.find(page);
+    return found != nodes.end() && found->second.dirty;
+}
+
 bool TreeEdit::NeedsBalance(uint32_t page) const
 {
     auto found = nodes.find(page);
@@ -210,6 +216,7 @@ Status TreeEdit::AssignPages(std::vector<uint32_t>& pages, size_t wanted)
 // holds too much, merges pages that hold little. All pages stay on one level.
 Status TreeEdit::BalanceChildren(uint32_t parentPage, int child)
 {
+    restructured = true;
     Node* parent = nullptr;
     if (Status status = Load(parentPage, parent); !status)
         return status;
@@ -292,6 +299,7 @@ Status TreeEdit::FixRoot()
                 return Status::Corrupt();
             if (Status status = Load(page, only); !status)
                 return status;
+            restructured = true;
             Change(root) = std::move(*only);
             nodes.erase(page);
             if (Status status = tree.FreePage(page); !status)

@@ -33,6 +33,12 @@ public:
     // the entry that follows it, taken from a leaf.
     Status Remove(Path path);
 
+    // After a change: whether pages were split, merged or redistributed (the
+    // pages along the path may then hold other cells), and whether a page
+    // was written.
+    bool Restructured() const { return restructured; }
+    bool Changed(uint32_t page) const;
+
 private:
     struct Cached {
         Node node;
@@ -55,6 +61,7 @@ private:
     BTree& tree;
     uint32_t root;
     std::map<uint32_t, Cached> nodes; // std::map: references stay valid while it grows
+    bool restructured = false;
 };
 
 // Splits a sequence of cells (sizes in bytes, in key order) over as few pages

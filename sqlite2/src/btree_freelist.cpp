@@ -2,6 +2,8 @@
 // the first trunk and the total count (trunks included) on page 1.
 #include "btree.h"
 
+#include "btree_page.h"
+
 namespace sqlite2 {
 
 namespace {
@@ -17,6 +19,21 @@ bool IsPageInFile(Pager& pager, uint32_t page)
 
 } // namespace
 
+// Nothing to reuse: the file grows by one page of zeros. Page 2 is the
+// schema's root even in a file that ends before it, so it is never handed out.
+Status BTree::Grow(uint32_t& page)
+{
+    page = pager.PageCount() + 1;
+    PageHandle fresh;
+    if (page == 2) {
+        if (Status status = pager.Write(page, fresh); !status)
+            return status;
+        btree::EncodeNode(order, btree::Node{}, fresh->bytes);
+        page = 3;
+    }
+    return pager.Write(page, fresh);
+}
+
 Status BTree::AllocatePage(uint32_t& page)
 {
     PageHandle first;
@@ -24,12 +41,8 @@ Status BTree::AllocatePage(uint32_t& page)
         return status;
     const uint32_t head = order.Get32(first->bytes + kFreeHead);
     const uint32_t count = order.Get32(first->bytes + kFreeCount);
-    if (head == 0) {
-        // Nothing to reuse: the file grows by one page of zeros.
-        page = pager.PageCount() + 1;
-        PageHandle fresh;
-        return pager.Write(page, fresh);
-    }
+    if (head == 0)
+        return Grow(page);
     PageHandle trunk;
     if (!IsPageInFile(pager, head) || count == 0)
         return Status::Corrupt();

@@ -2,6 +2,7 @@
 #include "btree_overflow.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace sqlite2::btree {
 
@@ -72,9 +73,11 @@ Status ChainPages(Pager& pager, const ByteOrder& order, uint32_t first, uint64_t
     const uint32_t length = ChainLength(payload);
     if (length > pager.PageCount())
         return Status::Corrupt();
+    std::unordered_set<uint32_t> seen;
     uint32_t next = first;
     for (uint32_t i = 0; i < length; ++i) {
-        if (!IsPageInFile(pager, next))
+        // A chain that runs into itself would have its pages freed twice.
+        if (!IsPageInFile(pager, next) || !seen.insert(next).second)
             return Status::Corrupt();
         pages.push_back(next);
         PageHandle page;

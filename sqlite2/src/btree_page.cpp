@@ -40,15 +40,10 @@ CellInfo PageView::Cell(int i) const
     info.keyLength = order->Get16(cell + 4) + 65536u * cell[8];
     info.dataLength = order->Get16(cell + 10) + 65536u * cell[9];
     info.local = cell + cellHeaderSize;
-    if (info.Payload() > uint64_t(maxLocalPayload))
+    info.fits = offsets[i] + CellSize(info.Payload()) <= pageSize;
+    if (info.fits && info.Payload() > uint64_t(maxLocalPayload))
         info.overflow = order->Get32(cell + cellHeaderSize + maxLocalPayload);
     return info;
-}
-
-bool PageView::CellFits(int i) const
-{
-    CellInfo info = Cell(i);
-    return offsets[i] + CellSize(info.Payload()) <= pageSize;
 }
 
 int Node::Used() const

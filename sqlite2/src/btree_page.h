@@ -41,6 +41,9 @@ struct CellInfo {
     uint32_t dataLength = 0;
     uint32_t overflow = 0;       // first overflow page, 0 when all is local
     const uint8_t* local = nullptr; // the payload bytes kept in the cell
+    // Whether the cell lies within its page: a view kept while the page may
+    // have been rewritten is checked before its bytes are used.
+    bool fits = false;
 
     uint64_t Payload() const { return uint64_t(keyLength) + dataLength; }
     size_t LocalLength() const { return size_t(std::min<uint64_t>(Payload(), maxLocalPayload)); }
@@ -63,9 +66,6 @@ public:
     // child for i == Count().
     uint32_t Child(int i) const;
     CellInfo Cell(int i) const;
-    // Whether cell i still lies within the page: a view kept while the page
-    // may have been rewritten is checked before its bytes are used.
-    bool CellFits(int i) const;
 
 private:
     const ByteOrder* order = nullptr;

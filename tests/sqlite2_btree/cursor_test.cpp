@@ -47,7 +47,7 @@ Model Numbered(int count, size_t dataLength)
 
 } // namespace
 
-TEST(Cursor, EmptyTreeHasNoEntries)
+TEST(BtreeCursor, EmptyTreeHasNoEntries)
 {
     RawTree raw({});
     Cursor cursor(raw.db.tree, raw.root);
@@ -65,7 +65,7 @@ TEST(Cursor, EmptyTreeHasNoEntries)
     EXPECT_FALSE(cursor.Delete());
 }
 
-TEST(Cursor, KeysCompareAsUnsignedBytesPrefixFirst)
+TEST(BtreeCursor, KeysCompareAsUnsignedBytesPrefixFirst)
 {
     Model model{{"a", "1"}, {"ab", "2"}, {"abc", "3"}, {"b", "4"}, {std::string("\x7f"), "5"},
                 {std::string("\x80"), "6"}, {std::string("\xff\xff"), "7"}, {std::string("a\0", 2), "8"}};
@@ -80,7 +80,7 @@ TEST(Cursor, KeysCompareAsUnsignedBytesPrefixFirst)
     EXPECT_EQ(KeyOf(cursor), "\xff\xff");
 }
 
-TEST(Cursor, SeekFindsTheKeyOrTheNextLarger)
+TEST(BtreeCursor, SeekFindsTheKeyOrTheNextLarger)
 {
     Model model = Numbered(3000, 30); // several levels
     RawTree raw(model);
@@ -105,7 +105,7 @@ TEST(Cursor, SeekFindsTheKeyOrTheNextLarger)
     ExpectSeeksAgree(raw.db.tree, raw.root, model, random, 2000);
 }
 
-TEST(Cursor, SeekThenStepBothWays)
+TEST(BtreeCursor, SeekThenStepBothWays)
 {
     Model model = Numbered(2000, 60);
     RawTree raw(model);
@@ -132,7 +132,7 @@ TEST(Cursor, SeekThenStepBothWays)
     }
 }
 
-TEST(Cursor, InsertReplacesTheDataOfAnExistingKey)
+TEST(BtreeCursor, InsertReplacesTheDataOfAnExistingKey)
 {
     Model model = Numbered(500, 100);
     RawTree raw(model);
@@ -145,7 +145,7 @@ TEST(Cursor, InsertReplacesTheDataOfAnExistingKey)
     ExpectTreeEquals(raw.db.tree, raw.root, model);
 }
 
-TEST(Cursor, DeleteLeavesNextOnTheFollowingEntry)
+TEST(BtreeCursor, DeleteLeavesNextOnTheFollowingEntry)
 {
     Model model = Numbered(1500, 40);
     RawTree raw(model);
@@ -171,7 +171,7 @@ TEST(Cursor, DeleteLeavesNextOnTheFollowingEntry)
     ExpectTreeEquals(raw.db.tree, raw.root, model);
 }
 
-TEST(Cursor, DeleteThenPreviousGoesToTheEntryBefore)
+TEST(BtreeCursor, DeleteThenPreviousGoesToTheEntryBefore)
 {
     Model model = Numbered(800, 90);
     RawTree raw(model);
@@ -192,7 +192,7 @@ TEST(Cursor, DeleteThenPreviousGoesToTheEntryBefore)
     ExpectTreeEquals(raw.db.tree, raw.root, model);
 }
 
-TEST(Cursor, DeletingFromTheFrontEmptiesTheTree)
+TEST(BtreeCursor, DeletingFromTheFrontEmptiesTheTree)
 {
     Model model = Numbered(3000, 20);
     RawTree raw(model);
@@ -210,7 +210,7 @@ TEST(Cursor, DeletingFromTheFrontEmptiesTheTree)
     EXPECT_EQ(FileProblems(raw.path, {"raw"}), std::vector<std::string>{});
 }
 
-TEST(Cursor, PositionSurvivesChangesThroughAnotherCursor)
+TEST(BtreeCursor, PositionSurvivesChangesThroughAnotherCursor)
 {
     Model model = Numbered(400, 50);
     RawTree raw(model);
@@ -257,7 +257,7 @@ TEST(Cursor, PositionSurvivesChangesThroughAnotherCursor)
     EXPECT_FALSE(reader.Valid());
 }
 
-TEST(Cursor, PositionSurvivesChangesToAnotherTree)
+TEST(BtreeCursor, PositionSurvivesChangesToAnotherTree)
 {
     TempDir dir;
     TestDb db(dir.File("two.db"));
@@ -282,7 +282,7 @@ TEST(Cursor, PositionSurvivesChangesToAnotherTree)
     EXPECT_EQ(FileProblems(dir.File("two.db"), {"one", "two"}), std::vector<std::string>{});
 }
 
-TEST(Cursor, PayloadOfEntriesOnOnePageAndOnChains)
+TEST(BtreeCursor, PayloadOfEntriesOnOnePageAndOnChains)
 {
     Model model;
     for (size_t length : {1u, 3u, 232u, 233u, 236u, 237u, 1256u, 1257u, 5000u, 100000u})
@@ -302,7 +302,7 @@ TEST(Cursor, PayloadOfEntriesOnOnePageAndOnChains)
     EXPECT_EQ(FileProblems(raw.path, {"raw"}), std::vector<std::string>{});
 }
 
-TEST(Cursor, EmptyEntryIsRefused)
+TEST(BtreeCursor, EmptyEntryIsRefused)
 {
     RawTree raw({});
     Cursor cursor(raw.db.tree, raw.root);

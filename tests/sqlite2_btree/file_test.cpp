@@ -97,7 +97,7 @@ struct IndexedTable {
 
 } // namespace
 
-TEST(File, NewFileGetsPageOneAndAnEmptySchema)
+TEST(BtreeFile, NewFileGetsPageOneAndAnEmptySchema)
 {
     TempDir dir;
     const std::string path = dir.File("new.db");
@@ -120,7 +120,24 @@ TEST(File, NewFileGetsPageOneAndAnEmptySchema)
     EXPECT_FALSE(again.tree.Order().bigEndian);
 }
 
-TEST(File, ReadHeaderRefusesOtherFiles)
+TEST(BtreeFile, OnePageFileKeepsPageTwoForTheSchema)
+{
+    TempDir dir;
+    const std::string path = dir.File("short.db");
+    std::string first(1024, '\0');
+    first.replace(0, 48, magicText, 48);
+    first.replace(48, 4, "\x28\x75\xe3\xda");
+    WriteBytes(path, first);
+    TestDb db(path);
+    ASSERT_FALSE(db.tree.IsEmpty());
+    db.Begin();
+    EXPECT_GT(db.AddTable("t", "CREATE TABLE t(x)"), 2u);
+    db.Commit();
+    EXPECT_EQ(db.RootOf("t"), 3u);
+    EXPECT_EQ(FileProblems(path), noProblems);
+}
+
+TEST(BtreeFile, ReadHeaderRefusesOtherFiles)
 {
     TempDir dir;
     const std::string path = dir.File("other.db");
@@ -144,7 +161,7 @@ TEST(File, ReadHeaderRefusesOtherFiles)
     EXPECT_EQ(status.Message(), "unsupported file format");
 }
 
-TEST(File, MetaValuesAreKept)
+TEST(BtreeFile, MetaValuesAreKept)
 {
     TempDir dir;
     const std::string path = dir.File("meta.db");
@@ -168,7 +185,7 @@ TEST(File, MetaValuesAreKept)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST(File, DroppedTreeGoesToTheFreeListAndIsReused)
+TEST(BtreeFile, DroppedTreeGoesToTheFreeListAndIsReused)
 {
     TempDir dir;
     const std::string path = dir.File("drop.db");
@@ -206,7 +223,7 @@ TEST(File, DroppedTreeGoesToTheFreeListAndIsReused)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST(File, ClearedTreeKeepsItsRoot)
+TEST(BtreeFile, ClearedTreeKeepsItsRoot)
 {
     TempDir dir;
     const std::string path = dir.File("clear.db");
@@ -227,7 +244,7 @@ TEST(File, ClearedTreeKeepsItsRoot)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST(File, BigEndianFileKeepsItsOrder)
+TEST(BtreeFile, BigEndianFileKeepsItsOrder)
 {
     TempDir dir;
     const std::string path = dir.File("swapped.db");
@@ -256,7 +273,7 @@ TEST(File, BigEndianFileKeepsItsOrder)
               rowids.size() / 2 + 600);
 }
 
-TEST(File, FourLevelFixtureStaysSound)
+TEST(BtreeFile, FourLevelFixtureStaysSound)
 {
     TempDir dir;
     const std::string path = dir.File("big.db");
@@ -281,7 +298,7 @@ TEST(File, FourLevelFixtureStaysSound)
     EXPECT_EQ(big.Rowids().size(), 16000u);
 }
 
-TEST(File, OneRowChangesOnlyAFewPages)
+TEST(BtreeFile, OneRowChangesOnlyAFewPages)
 {
     TempDir dir;
     const std::string path = dir.File("big.db");
@@ -311,7 +328,7 @@ TEST(File, OneRowChangesOnlyAFewPages)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST(File, FixturesAcceptChanges)
+TEST(BtreeFile, FixturesAcceptChanges)
 {
     for (const char* name : {"decltypes", "freepages", "keys", "overflow", "person", "swapped", "texts", "types"}) {
         SCOPED_TRACE(name);
@@ -335,7 +352,7 @@ TEST(File, FixturesAcceptChanges)
     }
 }
 
-TEST(File, CorruptTreeIsReportedNotFollowed)
+TEST(BtreeFile, CorruptTreeIsReportedNotFollowed)
 {
     TempDir dir;
     const std::string path = dir.File("loop.db");

@@ -56,7 +56,7 @@ void RandomChange(Cursor& cursor, Model& model, std::mt19937& random, const Mix&
 
 } // namespace
 
-TEST(RandomChanges, TableOfRowsFromEmptyToHundredKilobytes)
+TEST(BtreeRandomChanges, TableOfRowsFromEmptyToHundredKilobytes)
 {
     TempDir dir;
     const std::string path = dir.File("table.db");
@@ -83,7 +83,7 @@ TEST(RandomChanges, TableOfRowsFromEmptyToHundredKilobytes)
     db.Commit();
 }
 
-TEST(RandomChanges, RawKeysOfEveryLengthWithData)
+TEST(BtreeRandomChanges, RawKeysOfEveryLengthWithData)
 {
     TempDir dir;
     const std::string path = dir.File("raw.db");
@@ -112,7 +112,7 @@ TEST(RandomChanges, RawKeysOfEveryLengthWithData)
 
 // A table and its index changed together, as the engine will: the checker
 // then also finds one index entry per row.
-TEST(RandomChanges, TableAndItsIndexOfLongTexts)
+TEST(BtreeRandomChanges, TableAndItsIndexOfLongTexts)
 {
     TempDir dir;
     const std::string path = dir.File("indexed.db");
@@ -156,7 +156,7 @@ TEST(RandomChanges, TableAndItsIndexOfLongTexts)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST(RandomChanges, EverythingDeletedThenInsertedAgainReusesThePages)
+TEST(BtreeRandomChanges, EverythingDeletedThenInsertedAgainReusesThePages)
 {
     TempDir dir;
     const std::string path = dir.File("reuse.db");

@@ -1,0 +1,70 @@
+// Changes undone by the pager: cursors find their place again once told.
+#include "BtreeSupport.h"
+#include "TempDir.h"
+
+#include <gtest/gtest.h>
+
+using namespace sqlite2;
+
+TEST(BtreeRollback, SavepointUndoesSplitsAndCursorsFollow)
+{
+    TempDir dir;
+    const std::string path = dir.File("savepoint.db");
+    TestDb db(path);
+    db.Begin();
+    const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
+    Model model;
+    Cursor cursor(db.tree, root);
+    for (int i = 0; i < 300; ++i) {
+        std::string data = EncodeRecord({Value(std::string(i % 50, 'v'))});
+        ASSERT_TRUE(cursor.Insert(RowKey(i * 10), data));
+        model[RowKey(i * 10)] = data;
+    }
+    Cursor reader(db.tree, root);
+    bool found = false;
+    ASSERT_TRUE(reader.Seek(RowKey(1500), found));
+
+    const int savepoint = db.pager.OpenSavepoint();
+    for (int i = 0; i < 3000; ++i)
+        ASSERT_TRUE(cursor.Insert(RowKey(i * 10 + 5), EncodeRecord({Value(std::string(i % 900, 'n'))})));
+    for (int i = 0; i < 300; i += 2) {
+        ASSERT_TRUE(cursor.Seek(RowKey(i * 10), found));
+        ASSERT_TRUE(cursor.Delete());
+    }
+    db.pager.RollbackTo(savepoint);
+    db.tree.NoteChange(); // the pages changed behind the cursors' backs
+    db.pager.Release(savepoint);
+
+    std::string key;
+    ASSERT_TRUE(reader.Key(key));
+    EXPECT_EQ(key, RowKey(1500));
+    ASSERT_TRUE(reader.Next());
+    ASSERT_TRUE(reader.Key(key));
+    EXPECT_EQ(key, RowKey(1510));
+    ExpectTreeEquals(db.tree, root, model);
+    db.Commit();
+    EXPECT_EQ(FileProblems(path), std::vector<std::string>{});
+    EXPECT_EQ(db.tree.Meta(56), 0u) << "the pages taken in the savepoint went back with it";
+}
+
+TEST(BtreeRollback, WholeWriteUndone)
+{
+    TempDir dir;
+    const std::string path = dir.File("rollback.db");
+    TestDb db(path);
+    db.Begin();
+    const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
+    Cursor cursor(db.tree, root);
+    for (int i = 0; i < 500; ++i)
+        ASSERT_TRUE(cursor.Insert(RowKey(i), EncodeRecord({Value(std::string(i, 'r'))})));
+    db.Commit();
+    const Model before = ReadForward(db.tree, root);
+
+    db.Begin();
+    ASSERT_TRUE(db.tree.ClearTree(root));
+    for (int i = 0; i < 100; ++i)
+        ASSERT_TRUE(cursor.Insert(RowKey(-i), "x"));
+    db.Rollback();
+    ExpectTreeEquals(db.tree, root, before);
+    EXPECT_EQ(FileProblems(path), std::vector<std::string>{});
+}
