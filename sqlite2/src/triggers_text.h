@@ -1,0 +1,34 @@
+#pragma once
+
+// Token helpers shared by the trigger parser and the rewriting of trigger
+// programs (private to the trigger runner).
+#include "sql_tokens.h"
+
+#include <string>
+#include <string_view>
+
+namespace sqlite2::trigger_text {
+
+// The token's text as written.
+inline std::string_view Text(std::string_view sql, const Token& token)
+{
+    return sql.substr(token.begin, token.end - token.begin);
+}
+
+// True for the word (any case), not for a quoted name spelled the same.
+bool IsWord(std::string_view sql, const Token& token, const char* word);
+bool IsPunct(std::string_view sql, const Token& token, char c);
+
+// A word or a quoted name: what 2.8 takes as a name.
+bool IsName(const Token& token);
+
+// The name a word or quoted token stands for ('x', "x", [x], `x` lose their quotes).
+std::string Dequoted(std::string_view sql, const Token& token);
+
+// True when the dequoted name equals word, ignoring case ("NEW", "new", [New]).
+bool NameIs(std::string_view sql, const Token& token, const char* word);
+
+// A text as an SQL string literal, inner quotes doubled.
+std::string StringLiteral(std::string_view text);
+
+} // namespace sqlite2::trigger_text
