@@ -58,7 +58,7 @@ Status TreeEdit::MakeCell(std::string_view key, std::string_view data, const std
     payload.reserve(key.size() + data.size());
     payload.append(key).append(data);
     const size_t local = std::min<size_t>(payload.size(), maxLocalPayload);
-    cell.local = payload.substr(0, local);
+    cell.SetLocal(payload.data(), local);
     return WriteChain(tree, std::string_view(payload).substr(local), reuse, cell.overflow);
 }
 

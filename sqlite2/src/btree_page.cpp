@@ -73,7 +73,7 @@ Node DecodeNode(const PageView& view)
         cell.leftChild = info.leftChild;
         cell.keyLength = info.keyLength;
         cell.dataLength = info.dataLength;
-        cell.local.assign(reinterpret_cast<const char*>(info.local), info.LocalLength());
+        cell.SetLocal(info.local, info.LocalLength());
         cell.overflow = info.overflow;
         node.cells.push_back(std::move(cell));
     }
@@ -96,7 +96,7 @@ void EncodeNode(const ByteOrder& order, const Node& node, uint8_t* page)
         at[8] = uint8_t(cell.keyLength >> 16);
         at[9] = uint8_t(cell.dataLength >> 16);
         order.Put16(at + 10, uint16_t(cell.dataLength));
-        memcpy(at + cellHeaderSize, cell.local.data(), cell.local.size());
+        memcpy(at + cellHeaderSize, cell.local, cell.localLength);
         if (cell.overflow)
             order.Put32(at + cellHeaderSize + maxLocalPayload, cell.overflow);
         offset += size;

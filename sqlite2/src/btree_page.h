@@ -81,8 +81,17 @@ struct NodeCell {
     uint32_t leftChild = 0;
     uint32_t keyLength = 0;
     uint32_t dataLength = 0;
-    std::string local;
     uint32_t overflow = 0;
+    // Kept inline: pages are decoded on every change, one allocation per
+    // cell would cost more than the copy.
+    uint16_t localLength = 0;
+    uint8_t local[maxLocalPayload];
+
+    void SetLocal(const void* bytes, size_t length)
+    {
+        localLength = uint16_t(length);
+        memcpy(local, bytes, length);
+    }
 
     uint64_t Payload() const { return uint64_t(keyLength) + dataLength; }
     int Size() const { return CellSize(Payload()); }
