@@ -143,10 +143,10 @@ TEST_F(PagerSavepoints, PagesCutAndAppendedAgainInsideAReleasedSavepointComeBack
 {
     int outer = pager.OpenSavepoint();
     ASSERT_TRUE(pager.Truncate(5));
+    Append('x');
     int inner = pager.OpenSavepoint();
+    Set(6, 'y'); // the inner savepoint keeps the 'x', which the outer one must not take over
     Append('x');
-    Append('x');
-    Set(6, 'y');
     pager.Release(inner);
     EXPECT_EQ(Versions(), "aaaaayx");
     pager.RollbackTo(outer);
