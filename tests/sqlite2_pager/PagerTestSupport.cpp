@@ -81,6 +81,15 @@ void Fill(const sqlite2::PageHandle& page, const std::string& bytes)
     memcpy(page->bytes, bytes.data(), kPage);
 }
 
+bool WritePatternPage(sqlite2::Pager& pager, uint32_t n, char version)
+{
+    sqlite2::PageHandle page;
+    if (!pager.Write(n, page))
+        return false;
+    Fill(page, PatternPage(n, version));
+    return true;
+}
+
 namespace {
 
 void DropRoot()

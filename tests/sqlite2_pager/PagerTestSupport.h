@@ -26,6 +26,8 @@ std::string PageOf(const std::string& file, uint32_t n);
 void SetPage(std::string& file, uint32_t n, const std::string& page);
 
 std::string Bytes(const sqlite2::PageHandle& page);
+// Page n of the pager (writing) set to PatternPage(n, version).
+bool WritePatternPage(sqlite2::Pager& pager, uint32_t n, char version);
 void Fill(const sqlite2::PageHandle& page, const std::string& bytes);
 
 // Runs body in a child process and returns what it reports ("" when all was

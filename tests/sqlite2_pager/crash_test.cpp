@@ -17,15 +17,6 @@ namespace {
 
 using Change = std::function<bool(Pager&)>;
 
-bool SetPageTo(Pager& pager, uint32_t n, char version)
-{
-    PageHandle page;
-    if (!pager.Write(n, page))
-        return false;
-    Fill(page, PatternPage(n, version));
-    return true;
-}
-
 // The file as it was before the commit, without a journal.
 void Restore(const std::string& path, const std::string& content)
 {
@@ -141,17 +132,17 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Scenario{"ChangeAndGrow",
                                [](Pager& pager) {
                                    for (uint32_t n : {1u, 2u, 700u, pager.PageCount()})
-                                       if (!SetPageTo(pager, n, 'n'))
+                                       if (!WritePatternPage(pager, n, 'n'))
                                            return false;
                                    for (int i = 0; i < 12; ++i)
-                                       if (!SetPageTo(pager, pager.PageCount() + 1, 'n'))
+                                       if (!WritePatternPage(pager, pager.PageCount() + 1, 'n'))
                                            return false;
                                    return true;
                                }},
                       Scenario{"ChangeAndShrink",
                                [](Pager& pager) {
                                    for (uint32_t n : {1u, 3u, 40u})
-                                       if (!SetPageTo(pager, n, 'n'))
+                                       if (!WritePatternPage(pager, n, 'n'))
                                            return false;
                                    return bool(pager.Truncate(pager.PageCount() - 45));
                                }}),

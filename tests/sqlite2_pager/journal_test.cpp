@@ -1,13 +1,10 @@
-// The journal a commit writes, byte by byte, and what a commit the disk
-// refuses leaves behind.
+// The journal a commit writes, byte by byte.
 #include "PagerTestSupport.h"
 #include "TempDir.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <map>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace pagertest;
@@ -37,15 +34,6 @@ void CopyJournal()
     }
 }
 
-bool SetPageTo(Pager& pager, uint32_t n, char version)
-{
-    PageHandle page;
-    if (!pager.Write(n, page))
-        return false;
-    Fill(page, PatternPage(n, version));
-    return true;
-}
-
 } // namespace
 
 TEST(PagerJournal, HoldsTheOriginalOfEveryChangedOrCutPageOnceInFormat3)
@@ -63,13 +51,13 @@ TEST(PagerJournal, HoldsTheOriginalOfEveryChangedOrCutPageOnceInFormat3)
         Pager pager;
         ASSERT_TRUE(pager.Open(path));
         ASSERT_TRUE(pager.BeginWrite());
-        ASSERT_TRUE(SetPageTo(pager, 3, 'b'));
-        ASSERT_TRUE(SetPageTo(pager, 9, 'b'));
-        ASSERT_TRUE(SetPageTo(pager, 3, 'c')); // still one record
+        ASSERT_TRUE(WritePatternPage(pager, 3, 'b'));
+        ASSERT_TRUE(WritePatternPage(pager, 9, 'b'));
+        ASSERT_TRUE(WritePatternPage(pager, 3, 'c')); // still one record
         PageHandle unchanged;
         ASSERT_TRUE(pager.Write(5, unchanged)); // no change, no record
         ASSERT_TRUE(pager.Truncate(10));        // pages 11 and 12 cut off
-        ASSERT_TRUE(SetPageTo(pager, 11, 'd')); // appended again after the cut
+        ASSERT_TRUE(WritePatternPage(pager, 11, 'd')); // appended again after the cut
         ASSERT_TRUE(pager.Commit());
         Pager::SetWriteObserver(nullptr);
         WriteFile(path, old);
@@ -107,7 +95,7 @@ TEST(PagerJournal, AGrowthAloneIsJournalledByItsOriginalSize)
     Pager pager;
     ASSERT_TRUE(pager.Open(path));
     ASSERT_TRUE(pager.BeginWrite());
-    ASSERT_TRUE(SetPageTo(pager, 4, 'b'));
+    ASSERT_TRUE(WritePatternPage(pager, 4, 'b'));
     ASSERT_TRUE(pager.Commit());
     Pager::SetWriteObserver(nullptr);
     ASSERT_EQ(lastJournal.size(), 20u) << "a header without records";
@@ -126,117 +114,11 @@ TEST(PagerJournal, AnExistingJournalIsNeverOverwrittenByACommit)
     Pager pager;
     ASSERT_TRUE(pager.Open(path));
     ASSERT_TRUE(pager.BeginWrite());
-    ASSERT_TRUE(SetPageTo(pager, 2, 'b'));
+    ASSERT_TRUE(WritePatternPage(pager, 2, 'b'));
     WriteFile(path + "-journal", "theirs");
     EXPECT_FALSE(pager.Commit());
     EXPECT_EQ(ReadFile(path + "-journal"), "theirs");
     EXPECT_EQ(ReadFile(path), PatternFile(3, 'a'));
     EXPECT_TRUE(pager.IsReading());
     EXPECT_FALSE(pager.IsWriting());
-}
-
-namespace {
-
-// Runs a commit in a child whose files may not grow past `limit` bytes, and
-// reports what it saw afterwards ("" when it matches the expectations).
-std::string CommitWithFileLimit(const std::string& path, rlim_t limit, const std::function<bool(Pager&)>& change,
-                                const std::string& old)
-{
-    return InChild([&]() -> std::string {
-        signal(SIGXFSZ, SIG_IGN);
-        Pager pager;
-        if (!pager.Open(path) || !pager.BeginWrite() || !change(pager))
-            return "cannot prepare the write";
-        struct rlimit cap = {limit, limit};
-        if (setrlimit(RLIMIT_FSIZE, &cap) != 0)
-            return "cannot limit the file size";
-        sqlite2::Status status = pager.Commit();
-        if (status)
-            return "the commit succeeded";
-        if (status.Code() != sqlite2::kIoError || status.Message() != "disk I/O error")
-            return "unexpected failure " + status.Message();
-        if (!pager.IsReading() || pager.IsWriting())
-            return "not back to reading";
-        if (ReadFile(path) != old)
-            return "the file changed";
-        if (Exists(path + "-journal"))
-            return "the journal was left";
-        if (pager.PageCount() != old.size() / kPage)
-            return "the page count kept the changes";
-        for (uint32_t n = 1; n <= pager.PageCount(); ++n) {
-            PageHandle page;
-            if (!pager.Read(n, page) || Bytes(page) != PageOf(old, n))
-                return "page " + std::to_string(n) + " kept its change";
-        }
-        return "";
-    });
-}
-
-} // namespace
-
-TEST(PagerJournal, ACommitRefusedWhileJournallingLeavesTheFileUntouched)
-{
-    TempDir dir;
-    const std::string path = dir.File("refused.db");
-    const std::string old = PatternFile(20, 'a');
-    WriteFile(path, old);
-    // The journal (20 records) is a little larger than the file: it cannot be
-    // written whole, while every page of the file could.
-    EXPECT_EQ(CommitWithFileLimit(path, old.size() + 100,
-                                  [](Pager& pager) {
-                                      for (uint32_t n = 1; n <= 20; ++n)
-                                          if (!SetPageTo(pager, n, 'b'))
-                                              return false;
-                                      return true;
-                                  },
-                                  old),
-              "");
-}
-
-TEST(PagerJournal, ACommitRefusedWhileWritingTheFileIsRolledBack)
-{
-    TempDir dir;
-    const std::string path = dir.File("refused.db");
-    const std::string old = PatternFile(10, 'a');
-    WriteFile(path, old);
-    EXPECT_EQ(CommitWithFileLimit(path, 30 * kPage,
-                                  [](Pager& pager) {
-                                      for (uint32_t n : {2u, 9u})
-                                          if (!SetPageTo(pager, n, 'b'))
-                                              return false;
-                                      for (int i = 0; i < 40; ++i)
-                                          if (!SetPageTo(pager, pager.PageCount() + 1, 'b'))
-                                              return false;
-                                      return true;
-                                  },
-                                  old),
-              "");
-}
-
-TEST(PagerJournal, AReadOnlyFileCanBeReadButNotWritten)
-{
-    TempDir dir;
-    const std::string path = dir.File("readonly.db");
-    chmod(dir.Path().c_str(), 0777);
-    WriteFile(path, PatternFile(3, 'a'));
-    chmod(path.c_str(), 0444);
-    EXPECT_EQ(InChild(
-                  [&]() -> std::string {
-                      Pager pager;
-                      if (!pager.Open(path))
-                          return "cannot open";
-                      if (!pager.IsReadOnly())
-                          return "opened for writing";
-                      PageHandle page;
-                      if (!pager.BeginRead() || !pager.Read(3, page) || Bytes(page) != PatternPage(3, 'a'))
-                          return "cannot read";
-                      sqlite2::Status status = pager.BeginWrite();
-                      if (status.Code() != sqlite2::kReadOnly)
-                          return "BeginWrite gave " + std::to_string(status.Code());
-                      if (status.Message() != "attempt to write a readonly database")
-                          return "BeginWrite said " + status.Message();
-                      return pager.IsReading() && !pager.IsWriting() ? "" : "lost the read";
-                  },
-                  true),
-              "");
 }
