@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <fcntl.h>
 #include <list>
@@ -37,6 +38,8 @@ constexpr size_t recordsPerWrite = 32;
 
 Pager::WriteObserver writeObserver = nullptr;
 
+// Also called before creating, truncating and deleting a file: each is a
+// step after which a crash leaves a different state to recover from.
 void BeforeWrite()
 {
     if (writeObserver)
@@ -213,6 +216,17 @@ Status PlayBack(int db, const std::string& journalPath)
     return Status::Ok();
 }
 
+// Any value will do; a random one keeps records of an older journal that
+// happen to lie past the end of a new one from passing the checksum.
+uint32_t RandomSeed()
+{
+    try {
+        return std::random_device{}();
+    } catch (...) {
+        return uint32_t(std::chrono::steady_clock::now().time_since_epoch().count()) ^ uint32_t(getpid());
+    }
+}
+
 // A journal being written by a commit: created on the first need, records
 // gathered into larger writes.
 class JournalWriter {
@@ -233,7 +247,7 @@ public:
         if (fd < 0)
             return errno == ENOSPC ? Status::Full() : Status{kCantOpen, message::cantOpen};
         mine = true;
-        seed = std::random_device{}();
+        seed = RandomSeed();
         uint8_t header[journalHeader] = {};
         memcpy(header, journalMagic, 8);
         PutBE32(header + 8, 0); // filled in once the records are synced
@@ -334,7 +348,7 @@ struct Pager::State {
     std::string journalPath;
     int fd = -1;
     bool readOnly = false;
-    LockState lock = State::LockState::none;
+    LockState lock = LockState::none;
     uint32_t filePages = 0; // in the file, as of taking the lock or the last commit
     uint32_t pageCount = 0; // with the changes of the open write
     std::unordered_map<uint32_t, Entry> cache;
@@ -360,7 +374,7 @@ struct Pager::State {
     void Unlock()
     {
         SetLock(F_UNLCK);
-        lock = State::LockState::none;
+        lock = LockState::none;
         Forget();
     }
 
