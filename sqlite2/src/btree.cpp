@@ -84,6 +84,9 @@ Status WriteEmptyLeaf(Pager& pager, const ByteOrder& order, uint32_t page)
 
 Status BTree::ReadHeader()
 {
+    // Another program may have written since the last read: cursors find
+    // their places again.
+    NoteChange();
     empty = true;
     order = ByteOrder{};
     if (pager.PageCount() == 0)
@@ -153,7 +156,7 @@ Status BTree::CreateTree(uint32_t& root)
 
 Status BTree::DropTree(uint32_t root)
 {
-    // The schema table on page 2 is part of every file.
+    // The schema table on page 2 belongs to every file.
     if (root < 3)
         return Status::Corrupt();
     PageCollector collector{pager, order, {}, {}};

@@ -170,7 +170,7 @@ Status Cursor::State::Compare(const Level& level, int cell, std::string_view wan
         result = CompareKeys(info.LocalKey(), wanted);
         return Status::Ok();
     }
-    // The local part starts the key: it often decides without the chain.
+    // The local bytes start the key: they often decide without the chain.
     std::string_view local(reinterpret_cast<const char*>(info.local), maxLocalPayload);
     result = CompareKeys(local, wanted.substr(0, maxLocalPayload));
     if (result != 0 || wanted.size() <= size_t(maxLocalPayload)) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Overflow chains: the part of a payload beyond the 236 bytes a cell keeps,
+// Overflow chains: the bytes of a payload beyond the 236 bytes a cell keeps,
 // 1020 bytes per page, each page linking to the next.
 #include "btree.h"
 #include "btree_page.h"
@@ -20,7 +20,7 @@ Status ReadPayload(Pager& pager, const ByteOrder& order, const CellInfo& cell, u
 Status ChainPages(Pager& pager, const ByteOrder& order, uint32_t first, uint64_t payload,
                   std::vector<uint32_t>& pages);
 
-// Stores `rest` (the payload beyond the local part) on a chain and returns
+// Stores `rest` (the payload beyond the local bytes) on a chain and returns
 // its first page (0 for nothing to store). The pages in `reuse` (an old
 // chain being replaced) are used first and the ones not needed are freed;
 // pages whose content stays the same are not written.
