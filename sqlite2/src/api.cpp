@@ -1,8 +1,10 @@
 // The SQLite 2.8 C interface over the engine.
 #include "sqlite.h"
 
-#include "engine.h"
+#include "database.h"
 #include "packed_table.h"
+#include "sql_tokens.h"
+#include "value_rules.h"
 
 #include <cctype>
 #include <cstdlib>
@@ -12,12 +14,11 @@
 #include <vector>
 
 struct sqlite {
-    sqlite2::Engine engine;
+    sqlite2::Database database;
 };
 
 struct sqlite_vm {
     sqlite* db = nullptr;
-    sqlite3* connection = nullptr; // the mirror or the reader
     sqlite3_stmt* statement = nullptr;
     std::vector<std::string> texts;
     std::vector<const char*> values;
@@ -42,37 +43,39 @@ std::string In28Words(const char* message)
     return text;
 }
 
+// SQLite 3 says "incomplete input" where 2.8 names the last word it read.
+std::string SyntaxIn28Words(const std::string& message, const char* sql)
+{
+    if (message != "incomplete input" || !sql)
+        return In28Words(message.c_str());
+    std::vector<sqlite2::Token> tokens = sqlite2::Tokenize(sql);
+    while (!tokens.empty() && tokens.back().kind == 'p' && sql[tokens.back().begin] == ';')
+        tokens.pop_back();
+    if (tokens.empty())
+        return message;
+    const sqlite2::Token& last = tokens.back();
+    return "near \"" + std::string(sql + last.begin, last.end - last.begin) + "\": syntax error";
+}
+
 void SetMessage(char** errmsg, const std::string& text)
 {
     if (errmsg)
         *errmsg = strdup(text.c_str());
 }
 
-// Runs after every call that may have changed the database.
-int WriteBack(sqlite* db, int rc, char** errmsg)
-{
-    std::string error;
-    if (!db->engine.WriteBackChanges(error)) {
-        if (errmsg && !*errmsg)
-            SetMessage(errmsg, error);
-        return rc == SQLITE_OK ? (error == "database is locked" ? SQLITE_BUSY : SQLITE_IOERR) : rc;
-    }
-    return rc;
-}
-
-int Finish(sqlite* db, int rc, const std::string& message, char** errmsg)
+int Finish(int rc, const std::string& message, char** errmsg, const char* sql = nullptr)
 {
     if (errmsg)
         *errmsg = nullptr;
     if (rc != SQLITE_OK)
-        SetMessage(errmsg, In28Words(message.c_str()));
-    return WriteBack(db, rc & 0xFF, errmsg);
+        SetMessage(errmsg, SyntaxIn28Words(message, sql));
+    return rc & 0xFF;
 }
 
-bool EmptyResultCallbacks(sqlite3* mirror)
+bool EmptyResultCallbacks(sqlite3* connection)
 {
     sqlite3_stmt* statement = nullptr;
-    bool on = sqlite3_prepare_v2(mirror, "PRAGMA empty_result_callbacks", -1, &statement, nullptr) == SQLITE_OK &&
+    bool on = sqlite3_prepare_v2(connection, "PRAGMA empty_result_callbacks", -1, &statement, nullptr) == SQLITE_OK &&
               sqlite3_step(statement) == SQLITE_ROW && sqlite3_column_int(statement, 0) != 0;
     sqlite3_finalize(statement);
     return on;
@@ -81,26 +84,33 @@ bool EmptyResultCallbacks(sqlite3* mirror)
 // sqlite3_exec's loop, each statement prepared where the engine runs it:
 // rows to the callback, once with no values for a statement without rows
 // when empty_result_callbacks is on, the first failure ends the text.
-int RunStatements(sqlite* db, const char* sql, sqlite_callback callback, void* arg, std::string& error)
+int RunStatements(sqlite* db, const char* sql, sqlite_callback callback, void* arg, std::string& error,
+                  const char*& failed)
 {
-    const bool emptyCallbacks = callback && EmptyResultCallbacks(db->engine.Mirror());
+    sqlite2::Database& database = db->database;
     std::vector<const char*> names;
     std::vector<const char*> values;
+    std::vector<std::string> buffers;
     const char* rest = sql;
     while (rest && *rest) {
         sqlite3_stmt* statement = nullptr;
-        sqlite3* connection = nullptr;
         const char* tail = nullptr;
-        int rc = db->engine.Prepare(rest, &statement, &tail, &connection, error);
-        if (rc != SQLITE_OK)
-            return rc;
+        failed = rest;
+        sqlite2::Status status = database.Prepare(rest, &statement, &tail);
+        if (!status) {
+            error = status.Message();
+            return status.Code();
+        }
         rest = tail;
         if (!statement)
             continue;
+        // The pragma may have been set by an earlier statement of this text.
+        const bool emptyCallbacks = callback && EmptyResultCallbacks(database.Connection());
         const int columns = sqlite3_column_count(statement);
         bool calledBack = false;
+        bool aborted = false;
         for (;;) {
-            rc = sqlite3_step(statement);
+            int rc = sqlite3_step(statement);
             if (callback && (rc == SQLITE_ROW || (rc == SQLITE_DONE && !calledBack && emptyCallbacks))) {
                 if (!calledBack) {
                     names.clear();
@@ -109,22 +119,27 @@ int RunStatements(sqlite* db, const char* sql, sqlite_callback callback, void* a
                     calledBack = true;
                 }
                 values.clear();
+                buffers.assign(size_t(columns), std::string());
                 if (rc == SQLITE_ROW)
                     for (int c = 0; c < columns; ++c)
-                        values.push_back(reinterpret_cast<const char*>(sqlite3_column_text(statement, c)));
+                        values.push_back(sqlite2::ResultText(statement, c, buffers[size_t(c)]));
                 if (callback(arg, columns, rc == SQLITE_ROW ? const_cast<char**>(values.data()) : nullptr,
                              const_cast<char**>(names.data()))) {
-                    sqlite3_finalize(statement);
-                    error = "callback requested query abort";
-                    return SQLITE_ABORT;
+                    aborted = true;
+                    break;
                 }
             }
             if (rc != SQLITE_ROW)
                 break;
         }
-        if (sqlite3_finalize(statement) != SQLITE_OK) {
-            error = sqlite3_errmsg(connection);
-            return sqlite3_errcode(connection);
+        status = database.Finish(statement);
+        if (aborted) {
+            error = "callback requested query abort";
+            return SQLITE_ABORT;
+        }
+        if (!status) {
+            error = status.Message();
+            return status.Code();
         }
         while (*rest && isspace(static_cast<unsigned char>(*rest)))
             ++rest;
@@ -145,9 +160,10 @@ sqlite* sqlite_open(const char* filename, int, char** errmsg)
         SetMessage(errmsg, "out of memory");
         return nullptr;
     }
-    std::string error;
-    if (!filename || !*filename || !db->engine.Open(filename, error)) {
-        SetMessage(errmsg, error.empty() ? "unable to open database file" : error);
+    sqlite2::Status status =
+        filename && *filename ? db->database.Open(filename) : sqlite2::Status(sqlite2::kCantOpen, "");
+    if (!status) {
+        SetMessage(errmsg, status.Message().empty() ? sqlite2::message::cantOpen : status.Message());
         delete db;
         return nullptr;
     }
@@ -156,7 +172,7 @@ sqlite* sqlite_open(const char* filename, int, char** errmsg)
 
 void sqlite_close(sqlite* db)
 {
-    delete db; // an unfinished transaction is dropped with the mirror
+    delete db; // an unfinished transaction is rolled back
 }
 
 int sqlite_exec(sqlite* db, const char* sql, sqlite_callback callback, void* arg, char** errmsg)
@@ -164,8 +180,9 @@ int sqlite_exec(sqlite* db, const char* sql, sqlite_callback callback, void* arg
     if (!db || !sql)
         return SQLITE_MISUSE;
     std::string error;
-    int rc = RunStatements(db, sql, callback, arg, error);
-    return Finish(db, rc, error, errmsg);
+    const char* failed = sql;
+    int rc = RunStatements(db, sql, callback, arg, error, failed);
+    return Finish(rc, error, errmsg, failed);
 }
 
 int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int* ncolumn, char** errmsg)
@@ -175,7 +192,8 @@ int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int
     *result = nullptr;
     sqlite2::PackedTableBuilder table("sqlite_get_table() called with two or more incompatible queries");
     std::string error;
-    int rc = RunStatements(db, sql, sqlite2::PackedTableBuilder::Collect, &table, error);
+    const char* failed = sql;
+    int rc = RunStatements(db, sql, sqlite2::PackedTableBuilder::Collect, &table, error, failed);
     if (rc == SQLITE_OK || table.Failure())
         *result = table.Finish();
     if (const char* failure = table.Failure()) {
@@ -188,7 +206,7 @@ int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int
         if (ncolumn)
             *ncolumn = table.Columns();
     }
-    return Finish(db, rc, error, errmsg);
+    return Finish(rc, error, errmsg, failed);
 }
 
 void sqlite_free_table(char** result)
@@ -207,11 +225,11 @@ int sqlite_compile(sqlite* db, const char* sql, const char** tail, sqlite_vm** v
     if (!machine)
         return SQLITE_NOMEM;
     machine->db = db;
-    std::string error;
-    if (db->engine.Prepare(sql, &machine->statement, tail, &machine->connection, error) != SQLITE_OK) {
-        SetMessage(errmsg, In28Words(error.c_str()));
+    sqlite2::Status status = db->database.Prepare(sql, &machine->statement, tail);
+    if (!status) {
+        SetMessage(errmsg, SyntaxIn28Words(status.Message(), sql));
         delete machine;
-        return SQLITE_ERROR;
+        return status.Code();
     }
     *vm = machine;
     return SQLITE_OK;
@@ -241,9 +259,9 @@ int sqlite_step(sqlite_vm* vm, int* ncolumn, const char*** values, const char***
         vm->texts.assign(size_t(columns), std::string());
         vm->values.assign(size_t(columns), nullptr);
         for (int c = 0; c < columns; ++c) {
-            const unsigned char* text = sqlite3_column_text(vm->statement, c);
-            if (text) {
-                vm->texts[size_t(c)] = reinterpret_cast<const char*>(text);
+            std::string buffer;
+            if (const char* text = sqlite2::ResultText(vm->statement, c, buffer)) {
+                vm->texts[size_t(c)] = text;
                 vm->values[size_t(c)] = vm->texts[size_t(c)].c_str();
             }
         }
@@ -260,18 +278,16 @@ int sqlite_finalize(sqlite_vm* vm, char** errmsg)
         *errmsg = nullptr;
     if (!vm)
         return SQLITE_OK;
-    int rc = vm->statement ? sqlite3_finalize(vm->statement) : SQLITE_OK;
-    sqlite* db = vm->db;
-    sqlite3* connection = vm->connection;
+    sqlite2::Status status = vm->db->database.Finish(vm->statement);
     delete vm;
-    if (rc != SQLITE_OK)
-        SetMessage(errmsg, In28Words(sqlite3_errmsg(connection)));
-    return WriteBack(db, rc & 0xFF, errmsg);
+    if (!status)
+        SetMessage(errmsg, In28Words(status.Message().c_str()));
+    return status.Code();
 }
 
 int sqlite_last_insert_rowid(sqlite* db)
 {
-    return db ? int(db->engine.LastInsertRowId()) : 0;
+    return db ? int(db->database.LastInsertRowid()) : 0;
 }
 
 void sqlite_freemem(void* p)

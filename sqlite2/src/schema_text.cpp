@@ -105,6 +105,39 @@ std::vector<std::string> NamesInParentheses(std::string_view sql, const std::vec
     return names;
 }
 
+Conflict ConflictAfter(std::string_view sql, const std::vector<Token>& part, size_t i)
+{
+    if (i + 2 >= part.size() || !Is(sql, part[i], "ON") || !Is(sql, part[i + 1], "CONFLICT"))
+        return Conflict::Default;
+    const Token& choice = part[i + 2];
+    if (Is(sql, choice, "ROLLBACK"))
+        return Conflict::Rollback;
+    if (Is(sql, choice, "ABORT"))
+        return Conflict::Abort;
+    if (Is(sql, choice, "FAIL"))
+        return Conflict::Fail;
+    if (Is(sql, choice, "IGNORE"))
+        return Conflict::Ignore;
+    if (Is(sql, choice, "REPLACE"))
+        return Conflict::Replace;
+    return Conflict::Default;
+}
+
+// DEFAULT takes a literal in 2.8: a string, a word, a signed number or NULL.
+std::optional<std::string> DefaultAfter(std::string_view sql, const std::vector<Token>& part, size_t i)
+{
+    if (i >= part.size() || Is(sql, part[i], "NULL"))
+        return std::nullopt;
+    std::string sign;
+    if (IsPunct(sql, part[i], '-') || IsPunct(sql, part[i], '+')) {
+        if (sql[part[i].begin] == '-')
+            sign = "-";
+        if (++i >= part.size())
+            return std::nullopt;
+    }
+    return sign + Dequote(sql.substr(part[i].begin, part[i].end - part[i].begin));
+}
+
 } // namespace
 
 bool IsTextType(std::string_view type)
@@ -132,10 +165,14 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
     if (parts.empty())
         return false;
 
-    std::vector<std::pair<size_t, size_t>> typeRanges; // source ranges to drop
     std::vector<int> primaryKey;
     // Key constraints in statement order: (is primary key, columns).
-    std::vector<std::pair<bool, std::vector<int>>> columnKeys, tableKeys;
+    struct Key {
+        bool isPrimary;
+        std::vector<int> columns;
+        Conflict conflict;
+    };
+    std::vector<Key> columnKeys, tableKeys;
     bool inConstraints = false;
     for (const auto& part : parts) {
         if (part.empty())
@@ -155,7 +192,10 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
                             keyColumns.push_back(int(c));
                 if (isPrimary)
                     primaryKey.insert(primaryKey.end(), keyColumns.begin(), keyColumns.end());
-                tableKeys.emplace_back(isPrimary, keyColumns);
+                size_t after = i + 1;
+                while (after < part.size() && !IsPunct(sql, part[after], ')'))
+                    ++after;
+                tableKeys.push_back({isPrimary, keyColumns, ConflictAfter(sql, part, after + 1)});
                 break;
             }
             continue;
@@ -178,16 +218,25 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
         column.type = std::string(sql.substr(typeBegin, typeEnd - typeBegin));
         column.numeric = !IsTextType(column.type);
         for (; i < part.size(); ++i) {
+            const int self = int(info.columns.size());
             if (Is(sql, part[i], "PRIMARY") && i + 1 < part.size() && Is(sql, part[i + 1], "KEY")) {
-                primaryKey.push_back(int(info.columns.size()));
-                columnKeys.emplace_back(true, std::vector<int>{int(info.columns.size())});
+                primaryKey.push_back(self);
+                size_t after = i + 2;
+                if (after < part.size() && (Is(sql, part[after], "ASC") || Is(sql, part[after], "DESC")))
+                    ++after;
+                columnKeys.push_back({true, {self}, ConflictAfter(sql, part, after)});
             }
             if (Is(sql, part[i], "UNIQUE"))
-                columnKeys.emplace_back(false, std::vector<int>{int(info.columns.size())});
+                columnKeys.push_back({false, {self}, ConflictAfter(sql, part, i + 1)});
+            if (Is(sql, part[i], "NOT") && i + 1 < part.size() && Is(sql, part[i + 1], "NULL")) {
+                column.notNull = true;
+                column.notNullConflict = ConflictAfter(sql, part, i + 2);
+            }
+            if (Is(sql, part[i], "DEFAULT"))
+                column.defaultValue = DefaultAfter(sql, part, i + 1);
             if (Is(sql, part[i], "COLLATE") && i + 1 < part.size())
                 column.numeric = !IsTextType(sql.substr(part[i + 1].begin, part[i + 1].end - part[i + 1].begin));
         }
-        typeRanges.emplace_back(typeBegin, typeEnd);
         info.columns.push_back(column);
     }
     if (info.columns.empty())
@@ -196,23 +245,13 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
                                              "INTEGER") == 0)
         info.integerPrimaryKey = primaryKey[0];
     for (const auto* keys : {&columnKeys, &tableKeys})
-        for (const auto& [isPrimary, keyColumns] : *keys)
-            if (!(isPrimary && info.integerPrimaryKey >= 0) && !keyColumns.empty())
-                info.automaticIndexes.push_back(keyColumns);
+        for (const Key& key : *keys)
+            if (!(key.isPrimary && info.integerPrimaryKey >= 0) && !key.columns.empty()) {
+                info.automaticIndexes.push_back(key.columns);
+                info.automaticIndexConflicts.push_back(key.conflict);
+            }
+    info.storedLength = close < tokens.size() ? tokens[close].end : sql.size();
 
-    std::string typeless;
-    size_t copied = 0;
-    for (size_t c = 0; c < typeRanges.size(); ++c) {
-        auto [begin, end] = typeRanges[c];
-        if (end <= begin)
-            continue;
-        typeless.append(sql.substr(copied, begin - copied));
-        if (int(c) == info.integerPrimaryKey)
-            typeless.append("INTEGER");
-        copied = end;
-    }
-    typeless.append(sql.substr(copied));
-    info.typelessSql = typeless;
     return true;
 }
 

@@ -1,16 +1,23 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace sqlite2 {
 
+// An ON CONFLICT choice; Default where the text names none.
+enum class Conflict { Default, Rollback, Abort, Fail, Ignore, Replace };
+
 // One column of a CREATE TABLE text, as SQLite 2 reads it.
 struct ColumnInfo {
     std::string name;
     std::string type;  // source text of the declared type, possibly empty
     bool numeric = true; // index key class: text for BLOB/CLOB/CHAR/TEXT types
+    bool notNull = false;
+    Conflict notNullConflict = Conflict::Default;
+    std::optional<std::string> defaultValue; // DEFAULT's text; nullopt: NULL
 };
 
 struct TableInfo {
@@ -19,9 +26,10 @@ struct TableInfo {
     // Columns of the unique indexes the statement implies, in the order
     // SQLite 2 creates them as "(TABLE autoindex N)".
     std::vector<std::vector<int>> automaticIndexes;
-    // The same statement without declared types (the rowid column keeps its
-    // INTEGER), so SQLite 3 stores every value exactly as the text it was.
-    std::string typelessSql;
+    std::vector<Conflict> automaticIndexConflicts; // one per automatic index
+    // The text up to the closing parenthesis of the column list: what 2.8
+    // stores in sqlite_master.
+    size_t storedLength = 0;
 };
 
 // False for a text that is not a CREATE TABLE with a column list.

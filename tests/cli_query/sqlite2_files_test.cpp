@@ -43,7 +43,7 @@ TEST(Sqlite2Files, CreateTwoMakesA2xFileThatExecAndQueryUse)
     RunResult failing = Rowkeeper({"--exec", file, "INSERT INTO t(a, b) VALUES(1, 'dup')"});
     EXPECT_EQ(failing.status, 10);
     EXPECT_EQ(failing.err, bannerLines + "Error: Execution of INSERT INTO t(a, b) VALUES(1, 'dup') failed.\n"
-                                         "SQLITE: column a is not unique\n");
+                                         "SQLITE: PRIMARY KEY must be unique\n");
     RunResult emptyCreate = Rowkeeper({"--create2", dir.File("empty2.db")});
     EXPECT_EQ(emptyCreate.status, 0);
 }

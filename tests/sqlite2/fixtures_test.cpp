@@ -1,6 +1,5 @@
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
-#include "file_image.h"
 
 #include <gtest/gtest.h>
 
@@ -18,23 +17,16 @@ std::string Fixture(const std::string& name, const std::string& suffix)
 // indexes and root pages included).
 std::string StoredSchemaRows(const std::string& path)
 {
-    sqlite2::FileImage image;
-    std::string error;
-    if (!image.Load(ReadWholeFile(path), error))
-        return "error: " + error;
+    sqlite* db = sqlite_open(path.c_str(), 0, nullptr);
+    if (!db)
+        return "error: cannot open";
     std::string text;
-    if (image.IsEmptyDatabase())
-        return text;
-    std::vector<sqlite2::Entry> entries;
-    if (!image.ReadTree(2, entries, error))
-        return "error: " + error;
-    for (const auto& entry : entries) {
-        sqlite2::Row row;
-        sqlite2::DecodeRecord(entry.data, row);
+    for (const auto& row : Query(db, "SELECT type, name, tbl_name, rootpage, sql FROM sqlite_master ORDER BY rowid")) {
         for (size_t i = 0; i < row.size(); ++i)
-            text += (i ? "|" : "") + row[i].value_or("NULL");
+            text += (i ? "|" : "") + row[i];
         text += "\n";
     }
+    sqlite_close(db);
     return text;
 }
 

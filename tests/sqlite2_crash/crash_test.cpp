@@ -3,7 +3,7 @@
 #include "Sqlite2Checker.h"
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
-#include "file_access.h"
+#include "pager.h"
 
 #include <gtest/gtest.h>
 
@@ -23,13 +23,23 @@ std::string DumpOf(const std::string& path)
     return dump;
 }
 
+long writesLeft = -1;
+
+// Ends the process as a power cut would, once the writes allowed are spent.
+void StopAfterWrites()
+{
+    if (writesLeft >= 0 && writesLeft-- == 0)
+        _exit(99);
+}
+
 // Runs the change in a child that stops dead after the given number of writes.
 // Returns true when the child finished the change.
 bool RunChild(const std::string& path, const std::string& sql, long writes)
 {
     pid_t child = fork();
     if (child == 0) {
-        sqlite2::FileAccess::SetCrashAfterWrites(writes);
+        writesLeft = writes;
+        sqlite2::Pager::SetWriteObserver(StopAfterWrites);
         sqlite* db = sqlite_open(path.c_str(), 0, nullptr);
         int rc = db ? sqlite_exec(db, sql.c_str(), nullptr, nullptr, nullptr) : -1;
         _exit(rc == SQLITE_OK ? 0 : 1);

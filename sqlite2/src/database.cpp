@@ -1,0 +1,367 @@
+#include "database.h"
+
+#include "number_spelling.h"
+#include "statement_text.h"
+#include "table_module.h"
+#include "value_rules.h"
+
+#include <cstdio>
+#include <cstring>
+#include <strings.h>
+
+namespace sqlite2 {
+
+namespace {
+
+Status ConnectionError(sqlite3* connection, int rc)
+{
+    return {StatusCode(rc & 0xff), sqlite3_errmsg(connection)};
+}
+
+// 2.8's transaction statements carry words SQLite 3 does not take
+// ("BEGIN TRANSACTION name ON CONFLICT ...", "END TRANSACTION").
+std::string TransactionStatement(const std::string& verb)
+{
+    if (verb == "BEGIN")
+        return "BEGIN";
+    if (verb == "ROLLBACK")
+        return "ROLLBACK";
+    return "COMMIT";
+}
+
+Conflict ConflictNamed(const std::string& word)
+{
+    if (word == "ROLLBACK")
+        return Conflict::Rollback;
+    if (word == "ABORT")
+        return Conflict::Abort;
+    if (word == "FAIL")
+        return Conflict::Fail;
+    if (word == "IGNORE")
+        return Conflict::Ignore;
+    if (word == "REPLACE")
+        return Conflict::Replace;
+    return Conflict::Default;
+}
+
+// "INSERT OR x", "UPDATE OR x", "REPLACE INTO".
+Conflict ConflictClause(std::string_view sql, const std::vector<Token>& tokens)
+{
+    const std::string verb = Word(sql, tokens, 0);
+    if (verb == "REPLACE")
+        return Conflict::Replace;
+    if ((verb == "INSERT" || verb == "UPDATE") && Word(sql, tokens, 1) == "OR")
+        return ConflictNamed(Word(sql, tokens, 2));
+    return Conflict::Default;
+}
+
+} // namespace
+
+Database::~Database()
+{
+    triggers.reset();
+    if (connection)
+        sqlite3_close_v2(connection);
+    if (pager.IsWriting())
+        pager.Rollback();
+    pager.EndRead();
+}
+
+namespace {
+
+// A file shorter than a page has no page 1 for the pager, but anything in
+// it other than the start of the 2.x header means it is something else.
+bool StartsLikeA2xFile(const std::string& path)
+{
+    char start[sizeof magicText] = {};
+    FILE* file = fopen(path.c_str(), "rb");
+    if (!file)
+        return true; // a new name: it becomes an empty database
+    const size_t length = fread(start, 1, sizeof start, file);
+    fclose(file);
+    return memcmp(start, magicText, length) == 0;
+}
+
+} // namespace
+
+Status Database::Open(const std::string& path)
+{
+    if (!StartsLikeA2xFile(path))
+        return {kNotADatabase, message::notADatabase};
+    if (Status status = pager.Open(path); !status)
+        return status;
+    tree = std::make_unique<BTree>(pager);
+    if (Status status = RebuildConnection(); !status)
+        return status;
+    Status status = StartStatement();
+    EndStatement();
+    return status;
+}
+
+Status Database::RebuildConnection()
+{
+    triggers.reset();
+    if (connection)
+        sqlite3_close_v2(connection);
+    connection = nullptr;
+    if (sqlite3_open(":memory:", &connection) != SQLITE_OK)
+        return {kNoMemory, "out of memory"};
+    Install28Rules(connection);
+    RegisterTableModule(connection, this);
+    triggers = std::make_unique<TriggerRunner>(connection);
+    declared.clear();
+    schemaLoaded = false;
+    return Status::Ok();
+}
+
+// Takes the read lock and, when the file's schema changed since it was
+// read (or was never read), reads it again and declares it to SQLite 3.
+Status Database::StartStatement()
+{
+    if (!pager.IsReading()) {
+        if (Status status = pager.BeginRead(); !status)
+            return status;
+        if (Status status = tree->ReadHeader(); !status) {
+            pager.EndRead();
+            return status;
+        }
+        tree->NoteChange();
+    }
+    if (schemaLoaded && tree->Meta(60) == schemaCookie)
+        return Status::Ok();
+    return RefreshSchema();
+}
+
+Status Database::RefreshSchema()
+{
+    if (Status status = schema.Load(*tree); !status)
+        return status;
+    schemaCookie = tree->Meta(60);
+    schemaLoaded = true;
+    DeclareSchema();
+    triggers->SetTriggers(schema.triggers);
+    return Status::Ok();
+}
+
+// Makes SQLite 3's side match the schema: a virtual table per table, the
+// views, and the triggers of views (which SQLite 3 runs itself). Objects
+// whose statement changed are made anew.
+void Database::DeclareSchema()
+{
+    std::map<std::string, std::string> wanted; // SQLite 3 name -> statement that makes it
+    std::vector<std::string> order;
+    auto want = [&](const std::string& key, std::string sql) {
+        wanted[key] = std::move(sql);
+        order.push_back(key);
+    };
+    want(std::string("table:") + kSchemaTableName,
+         std::string("CREATE VIRTUAL TABLE ") + kSchemaTableName + " USING " + kModuleName + "(sqlite_master)");
+    for (const SchemaRow& row : schema.rows) {
+        if (row.type == "table" && schema.FindTable(row.name))
+            want("table:" + Lower(row.name), "CREATE VIRTUAL TABLE " + QuoteName(row.name) + " USING " +
+                                                 kModuleName + "(" + QuoteName(row.name) + ")");
+        else if (row.type == "view" && row.sql)
+            want("view:" + Lower(row.name), WithSchemaTableName(*row.sql, kSchemaTableName));
+    }
+    for (size_t t = 0; t < schema.triggers.size(); ++t)
+        if (!schema.FindTable(schema.triggers[t].table))
+            want("trigger:" + Lower(schema.triggers[t].name),
+                 WithSchemaTableName(*schema.triggerRows[t].sql, kSchemaTableName));
+
+    for (auto it = declared.begin(); it != declared.end();) {
+        auto found = wanted.find(it->first);
+        if (found != wanted.end() && found->second == it->second) {
+            ++it;
+            continue;
+        }
+        const std::string kind = it->first.substr(0, it->first.find(':'));
+        const std::string name = it->first.substr(kind.size() + 1);
+        const std::string drop = "DROP " + std::string(kind == "table" ? "TABLE" : kind == "view" ? "VIEW" : "TRIGGER") +
+                                 " IF EXISTS " + QuoteName(name);
+        sqlite3_exec(connection, drop.c_str(), nullptr, nullptr, nullptr);
+        it = declared.erase(it);
+    }
+    for (const std::string& key : order) {
+        if (declared.count(key))
+            continue;
+        // Like 2.8, an object whose statement does not work is left out.
+        if (sqlite3_exec(connection, wanted[key].c_str(), nullptr, nullptr, nullptr) == SQLITE_OK)
+            declared[key] = wanted[key];
+    }
+}
+
+void Database::EndStatement()
+{
+    if (activeStatements > 0 || !sqlite3_get_autocommit(connection))
+        return;
+    if (pager.IsWriting())
+        (void)CommitWrite();
+    pager.EndRead();
+}
+
+Status Database::Prepare(const char* sql, sqlite3_stmt** statement, const char** tail)
+{
+    *statement = nullptr;
+    const std::string_view text(sql);
+    const size_t end = StatementEnd(text);
+    if (tail)
+        *tail = sql + end;
+    const std::string_view written = text.substr(0, end);
+    const std::vector<Token> tokens = Tokenize(written);
+    if (tokens.empty() || (tokens.size() == 1 && tokens[0].kind == 'p' && written[tokens[0].begin] == ';'))
+        return Status::Ok();
+    if (Status status = StartStatement(); !status) {
+        EndStatement();
+        return status;
+    }
+    const std::string verb = Word(written, tokens, 0);
+    bool handled = false;
+    Status status = RunSchemaStatement(written, handled);
+    if (handled) {
+        if (!status && pager.IsWriting() && sqlite3_get_autocommit(connection))
+            RollbackWrite();
+        EndStatement();
+        return status;
+    }
+    std::string rewritten;
+    if (verb == "BEGIN" || verb == "END" || verb == "COMMIT" || verb == "ROLLBACK") {
+        rewritten = TransactionStatement(verb);
+        transactionVerb = verb;
+    } else {
+        rewritten = WithSchemaTableName(written, kSchemaTableName);
+        if (verb == "INSERT" || verb == "UPDATE" || verb == "REPLACE")
+            rewritten = KeepNumberSpelling(rewritten);
+    }
+    pendingInsert = {};
+    statementConflict = ConflictClause(written, tokens);
+    if (InsertTarget(written, pendingInsert.table, pendingInsert.columns))
+        pendingInsert.table = Lower(pendingInsert.table);
+    int rc = sqlite3_prepare_v2(connection, rewritten.c_str(), -1, statement, nullptr);
+    if (rc != SQLITE_OK) {
+        status = ConnectionError(connection, rc);
+        EndStatement();
+        return status;
+    }
+    ++activeStatements;
+    return Status::Ok();
+}
+
+Status Database::Finish(sqlite3_stmt* statement)
+{
+    if (!statement)
+        return Status::Ok();
+    const int rc = sqlite3_finalize(statement);
+    Status status = rc == SQLITE_OK ? Status::Ok() : ConnectionError(connection, rc);
+    --activeStatements;
+    // A transaction that only changed the schema has no table to end it.
+    if (!transactionVerb.empty() && sqlite3_get_autocommit(connection) && pager.IsWriting()) {
+        if (transactionVerb == "ROLLBACK" || !status)
+            RollbackWrite();
+        else if (Status committed = CommitWrite(); !committed && status)
+            status = committed;
+    }
+    transactionVerb.clear();
+    pendingInsert = {};
+    if (statementStart >= 0 && pager.IsWriting())
+        pager.Release(statementStart);
+    statementStart = -1;
+    EndStatement();
+    return status;
+}
+
+Status Database::BeginWrite()
+{
+    if (pager.IsWriting())
+        return Status::Ok();
+    if (Status status = pager.BeginWrite(); !status)
+        return status;
+    if (tree->IsEmpty())
+        return tree->Initialize();
+    return Status::Ok();
+}
+
+Status Database::CommitWrite()
+{
+    if (!pager.IsWriting())
+        return Status::Ok();
+    savepoints.clear();
+    statementStart = -1;
+    Status status = pager.Commit();
+    if (!status) {
+        tree->NoteChange();
+        schemaLoaded = false;
+        (void)tree->ReadHeader();
+    }
+    return status;
+}
+
+void Database::RollbackWrite()
+{
+    if (!pager.IsWriting())
+        return;
+    savepoints.clear();
+    statementStart = -1;
+    pager.Rollback();
+    tree->NoteChange();
+    (void)tree->ReadHeader();
+    schemaLoaded = false; // schema statements of the transaction are undone too
+}
+
+void Database::OpenSavepoint(int level)
+{
+    if (!pager.IsWriting() || level < 0)
+        return;
+    while (int(savepoints.size()) <= level)
+        savepoints.push_back(pager.OpenSavepoint());
+}
+
+void Database::ReleaseSavepoint(int level)
+{
+    while (level >= 0 && int(savepoints.size()) > level) {
+        pager.Release(savepoints.back());
+        savepoints.pop_back();
+    }
+}
+
+void Database::RollbackToSavepoint(int level)
+{
+    if (level < 0 || int(savepoints.size()) <= level)
+        return;
+    pager.RollbackTo(savepoints[size_t(level)]);
+    tree->NoteChange();
+    (void)tree->ReadHeader();
+}
+
+void Database::MarkStatementStart()
+{
+    if (statementStart < 0 && pager.IsWriting())
+        statementStart = pager.OpenSavepoint();
+}
+
+void Database::UndoStatement()
+{
+    if (statementStart < 0 || !pager.IsWriting())
+        return;
+    pager.RollbackTo(statementStart);
+    tree->NoteChange();
+    (void)tree->ReadHeader();
+}
+
+const std::vector<bool>* Database::InsertedColumns(const TableSchema& table) const
+{
+    if (triggerDepth > 0 || pendingInsert.table != Lower(table.name) || pendingInsert.columns.empty())
+        return nullptr;
+    insertedColumns.assign(table.info.columns.size(), false);
+    for (const std::string& name : pendingInsert.columns)
+        for (size_t c = 0; c < table.info.columns.size(); ++c)
+            if (strcasecmp(name.c_str(), table.info.columns[c].name.c_str()) == 0)
+                insertedColumns[c] = true;
+    return &insertedColumns;
+}
+
+void Database::NoteInsertedRowid(int64_t rowid)
+{
+    lastInsertRowid = rowid;
+}
+
+} // namespace sqlite2

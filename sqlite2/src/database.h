@@ -1,0 +1,115 @@
+#pragma once
+
+#include "btree.h"
+#include "pager.h"
+#include "schema.h"
+#include "triggers.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <sqlite3.h>
+#include <vector>
+
+namespace sqlite2 {
+
+// A 2.x database file open for SQL: its B-trees under a SQLite 3 connection
+// where every table of the file is a virtual table over its B-tree and every
+// view a SQLite 3 view, so SQLite 3 evaluates the SQL while every row is
+// read from and written to the file's own pages.
+//
+// Locks are SQLite 2's: the read lock is held from the start of a statement
+// until it is finished (or until a transaction ends), the write lock from
+// the first change until the commit. Between statements the file is
+// unlocked; the next statement sees whatever other programs committed, the
+// schema included.
+class Database {
+public:
+    Database() = default;
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+    ~Database();
+
+    // Opens (creating an empty file for a new name), rolls back a hot
+    // journal and reads the schema. The file is unlocked afterwards.
+    Status Open(const std::string& path);
+
+    // Prepares the first statement of sql (schema statements are run here
+    // and answer with a null statement). Takes the read lock, which Finish
+    // releases. tail is set past the statement.
+    Status Prepare(const char* sql, sqlite3_stmt** statement, const char** tail);
+    // Ends a statement that Prepare started: finalizes it, and once no
+    // statement runs and no transaction is open, commits what the statement
+    // changed and releases the lock. Returns the statement's outcome.
+    Status Finish(sqlite3_stmt* statement);
+
+    sqlite3* Connection() const { return connection; }
+    int64_t LastInsertRowid() const { return lastInsertRowid; }
+
+    // For the table module.
+    BTree& Tree() { return *tree; }
+    Schema& CurrentSchema() { return schema; }
+    TriggerRunner& Triggers() { return *triggers; }
+    // The write transaction that SQLite 3's calls on the tables drive; each
+    // is a no-op when it has nothing to do, as every table of a statement
+    // passes the same call on.
+    Status BeginWrite();
+    Status CommitWrite();
+    void RollbackWrite();
+    void OpenSavepoint(int level);
+    void ReleaseSavepoint(int level);
+    void RollbackToSavepoint(int level);
+    // The columns an INSERT into the table names, when the running statement
+    // is such an INSERT (the others get their DEFAULT); null otherwise.
+    const std::vector<bool>* InsertedColumns(const TableSchema& table) const;
+    void NoteInsertedRowid(int64_t rowid);
+    // The running top-level statement's OR clause (REPLACE for REPLACE INTO);
+    // Default when it has none.
+    Conflict StatementConflict() const { return statementConflict; }
+    // The file as it was when the running top-level statement began to
+    // write, so that a statement that fails leaves nothing behind (ABORT).
+    void MarkStatementStart();
+    void UndoStatement();
+    int& TriggerDepth() { return triggerDepth; }
+
+private:
+    struct PendingInsert {
+        std::string table;            // lower case
+        std::vector<std::string> columns; // as named
+    };
+
+    Status StartStatement();
+    Status RefreshSchema();
+    void DeclareSchema();
+    Status RebuildConnection();
+    // CREATE and DROP of the file's tables, indexes, views and triggers
+    // (schema_statements.cpp); handled is false for any other statement.
+    Status RunSchemaStatement(std::string_view sql, bool& handled);
+    Status WriteSchemaChange(const std::function<Status()>& change);
+    Status CreateTable(std::string_view body);
+    Status CreateIndex(std::string_view body, bool unique);
+    Status CreateView(std::string_view body);
+    Status CreateTrigger(std::string_view body);
+    Status DropObject(const std::string& kind, const std::string& name, bool ifExists);
+    void EndStatement();
+
+    Pager pager;
+    std::unique_ptr<BTree> tree;
+    Schema schema;
+    uint32_t schemaCookie = 0;
+    bool schemaLoaded = false;
+    std::map<std::string, std::string> declared; // what SQLite 3 was given, by "kind:name"
+    std::string transactionVerb;                 // of the statement running, if BEGIN/COMMIT/...
+    sqlite3* connection = nullptr;
+    std::unique_ptr<TriggerRunner> triggers;
+    int activeStatements = 0;
+    int triggerDepth = 0;
+    int64_t lastInsertRowid = 0;
+    PendingInsert pendingInsert;
+    mutable std::vector<bool> insertedColumns;
+    std::vector<int> savepoints; // the pager's savepoint for each level
+    Conflict statementConflict = Conflict::Default;
+    int statementStart = -1; // the pager's savepoint, while a statement writes
+};
+
+} // namespace sqlite2

@@ -1,0 +1,116 @@
+#include "statement_text.h"
+
+#include <cctype>
+#include <strings.h>
+
+namespace sqlite2 {
+
+std::string Word(std::string_view sql, const std::vector<Token>& tokens, size_t i)
+{
+    if (i >= tokens.size() || tokens[i].kind != 'w')
+        return {};
+    std::string word(sql.substr(tokens[i].begin, tokens[i].end - tokens[i].begin));
+    for (char& c : word)
+        c = char(toupper(uint8_t(c)));
+    return word;
+}
+
+std::string NameAt(std::string_view sql, const Token& token)
+{
+    std::string_view text = sql.substr(token.begin, token.end - token.begin);
+    if (token.kind != 'q' || text.size() < 2)
+        return std::string(text);
+    const char closing = text[0] == '[' ? ']' : text[0];
+    std::string name;
+    for (size_t i = 1; i + 1 < text.size(); ++i) {
+        name.push_back(text[i]);
+        if (text[i] == closing && closing != ']' && text[i + 1] == closing)
+            ++i;
+    }
+    return name;
+}
+
+size_t StatementEnd(std::string_view sql)
+{
+    const std::vector<Token> tokens = Tokenize(sql);
+    bool trigger = false;
+    for (size_t i = 0; i < tokens.size() && i < 4; ++i)
+        trigger |= Word(sql, tokens, i) == "TRIGGER";
+    if (trigger && Word(sql, tokens, 0) == "CREATE") {
+        for (size_t i = 0; i + 1 < tokens.size(); ++i)
+            if (Word(sql, tokens, i) == "END" && tokens[i + 1].kind == 'p' && sql[tokens[i + 1].begin] == ';')
+                return tokens[i + 1].end;
+        return sql.size();
+    }
+    for (const Token& token : tokens)
+        if (token.kind == 'p' && sql[token.begin] == ';')
+            return token.end;
+    return sql.size();
+}
+
+std::string_view StatementBody(std::string_view statement)
+{
+    const std::vector<Token> tokens = Tokenize(statement);
+    if (tokens.empty())
+        return {};
+    size_t last = tokens.size() - 1;
+    if (tokens[last].kind == 'p' && statement[tokens[last].begin] == ';' && last > 0)
+        --last;
+    return statement.substr(tokens[0].begin, tokens[last].end - tokens[0].begin);
+}
+
+std::string WithSchemaTableName(std::string_view statement, const char* name)
+{
+    std::string result;
+    size_t copied = 0;
+    for (const Token& token : Tokenize(statement)) {
+        if (token.kind != 'w' && token.kind != 'q')
+            continue;
+        if (token.kind == 'q' && statement[token.begin] == '\'')
+            continue; // a string, not a name
+        if (strcasecmp(NameAt(statement, token).c_str(), "sqlite_master") != 0)
+            continue;
+        result.append(statement.substr(copied, token.begin - copied));
+        result.append(name);
+        copied = token.end;
+    }
+    if (copied == 0)
+        return std::string(statement);
+    result.append(statement.substr(copied));
+    return result;
+}
+
+bool InsertTarget(std::string_view statement, std::string& table, std::vector<std::string>& columns)
+{
+    const std::vector<Token> tokens = Tokenize(statement);
+    size_t i = 0;
+    const std::string verb = Word(statement, tokens, i);
+    if (verb != "INSERT" && verb != "REPLACE")
+        return false;
+    ++i;
+    if (Word(statement, tokens, i) == "OR")
+        i += 2;
+    if (Word(statement, tokens, i) == "INTO")
+        ++i;
+    if (i >= tokens.size())
+        return false;
+    table = NameAt(statement, tokens[i++]);
+    if (i + 1 < tokens.size() && tokens[i].kind == 'p' && statement[tokens[i].begin] == '.') {
+        table = NameAt(statement, tokens[i + 1]);
+        i += 2;
+    }
+    columns.clear();
+    if (i < tokens.size() && tokens[i].kind == 'p' && statement[tokens[i].begin] == '(') {
+        for (++i; i < tokens.size(); ++i) {
+            if (tokens[i].kind == 'p') {
+                if (statement[tokens[i].begin] == ')')
+                    break;
+                continue;
+            }
+            columns.push_back(NameAt(statement, tokens[i]));
+        }
+    }
+    return true;
+}
+
+} // namespace sqlite2
