@@ -112,7 +112,7 @@ Status Database::RunSchemaStatement(std::string_view sql, bool& handled)
         }
         if (i >= tokens.size())
             return {kError, "near \"" + kind + "\": syntax error"};
-        return DropObject(kind, NameAt(sql, tokens[i]), ifExists);
+        return DropObject(kind, DequotedName(sql, tokens[i]), ifExists);
     }
     const std::string_view body = StatementBody(sql);
     if (kind == "TABLE")
@@ -133,7 +133,7 @@ Status Database::CreateTable(std::string_view body)
     size_t nameAt = 2;
     if (!ParseCreateTable(body, info) || tokens.size() <= nameAt)
         return {kError, "CREATE TABLE ... AS SELECT is not supported for 2.x files"};
-    const std::string name = NameAt(body, tokens[nameAt]);
+    const std::string name = DequotedName(body, tokens[nameAt]);
     if (NameTaken(schema, name))
         return {kError, "table " + name + " already exists"};
     const std::string stored(body.substr(0, info.storedLength));
@@ -163,11 +163,11 @@ Status Database::CreateIndex(std::string_view body, bool unique)
     size_t i = unique ? 3 : 2;
     if (i + 2 >= tokens.size() || Word(body, tokens, i + 1) != "ON")
         return {kError, "near \"" + std::string(body.substr(tokens.back().begin)) + "\": syntax error"};
-    const std::string name = NameAt(body, tokens[i]);
+    const std::string name = DequotedName(body, tokens[i]);
     size_t at = i + 2;
     if (at + 2 < tokens.size() && tokens[at + 1].kind == 'p' && body[tokens[at + 1].begin] == '.')
         at += 2;
-    const std::string tableName = NameAt(body, tokens[at]);
+    const std::string tableName = DequotedName(body, tokens[at]);
     TableSchema* table = schema.FindTable(tableName);
     if (!table)
         return {kError, "no such table: " + tableName};
@@ -220,7 +220,7 @@ Status Database::CreateView(std::string_view body)
     const std::vector<Token> tokens = Tokenize(body);
     if (tokens.size() < 4)
         return {kError, "near \"VIEW\": syntax error"};
-    const std::string name = NameAt(body, tokens[2]);
+    const std::string name = DequotedName(body, tokens[2]);
     if (NameTaken(schema, name))
         return {kError, "table " + name + " already exists"};
     if (Status status = CheckWithSqlite3(connection, WithSchemaTableName(body, kSchemaTableName)); !status)

@@ -10,21 +10,6 @@ namespace sqlite2 {
 
 namespace {
 
-std::string Dequote(std::string_view text)
-{
-    if (text.size() >= 2 && (text[0] == '\'' || text[0] == '"' || text[0] == '`' || text[0] == '[')) {
-        char closing = text[0] == '[' ? ']' : text[0];
-        std::string result;
-        for (size_t i = 1; i + 1 < text.size(); ++i) {
-            result.push_back(text[i]);
-            if (text[i] == closing && closing != ']' && i + 2 < text.size() && text[i + 1] == closing)
-                ++i;
-        }
-        return result;
-    }
-    return std::string(text);
-}
-
 bool Is(std::string_view sql, const Token& token, const char* word)
 {
     return token.kind == 'w' && token.end - token.begin == strlen(word) &&

@@ -16,6 +16,16 @@ struct Token {
 // Splits SQL into tokens; blanks and comments are dropped.
 std::vector<Token> Tokenize(std::string_view sql);
 
+// The text of a quoted name or string without its quotes ('x', "x", [x],
+// `x`; a doubled quote inside stands for one); other texts as they are.
+std::string Dequote(std::string_view text);
+
+// The name a word or quoted token stands for.
+inline std::string DequotedName(std::string_view sql, const Token& token)
+{
+    return Dequote(sql.substr(token.begin, token.end - token.begin));
+}
+
 // A name between double quotes, inner quotes doubled.
 std::string QuoteName(const std::string& name);
 

@@ -15,21 +15,6 @@ std::string Word(std::string_view sql, const std::vector<Token>& tokens, size_t 
     return word;
 }
 
-std::string NameAt(std::string_view sql, const Token& token)
-{
-    std::string_view text = sql.substr(token.begin, token.end - token.begin);
-    if (token.kind != 'q' || text.size() < 2)
-        return std::string(text);
-    const char closing = text[0] == '[' ? ']' : text[0];
-    std::string name;
-    for (size_t i = 1; i + 1 < text.size(); ++i) {
-        name.push_back(text[i]);
-        if (text[i] == closing && closing != ']' && text[i + 1] == closing)
-            ++i;
-    }
-    return name;
-}
-
 size_t StatementEnd(std::string_view sql)
 {
     const std::vector<Token> tokens = Tokenize(sql);
@@ -68,7 +53,7 @@ std::string WithSchemaTableName(std::string_view statement, const char* name)
             continue;
         if (token.kind == 'q' && statement[token.begin] == '\'')
             continue; // a string, not a name
-        if (strcasecmp(NameAt(statement, token).c_str(), "sqlite_master") != 0)
+        if (strcasecmp(DequotedName(statement, token).c_str(), "sqlite_master") != 0)
             continue;
         result.append(statement.substr(copied, token.begin - copied));
         result.append(name);
@@ -94,9 +79,9 @@ bool InsertTarget(std::string_view statement, std::string& table, std::vector<st
         ++i;
     if (i >= tokens.size())
         return false;
-    table = NameAt(statement, tokens[i++]);
+    table = DequotedName(statement, tokens[i++]);
     if (i + 1 < tokens.size() && tokens[i].kind == 'p' && statement[tokens[i].begin] == '.') {
-        table = NameAt(statement, tokens[i + 1]);
+        table = DequotedName(statement, tokens[i + 1]);
         i += 2;
     }
     columns.clear();
@@ -107,7 +92,7 @@ bool InsertTarget(std::string_view statement, std::string& table, std::vector<st
                     break;
                 continue;
             }
-            columns.push_back(NameAt(statement, tokens[i]));
+            columns.push_back(DequotedName(statement, tokens[i]));
         }
     }
     return true;

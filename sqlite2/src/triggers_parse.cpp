@@ -51,7 +51,7 @@ private:
     {
         if (AtEnd() || !IsName(tokens[i]))
             return Fail();
-        name = Dequoted(sql, tokens[i++]);
+        name = DequotedName(sql, tokens[i++]);
         return true;
     }
 

@@ -66,8 +66,8 @@ private:
     bool Reference(size_t i, std::string& replacement, std::string& error)
     {
         const bool isNew = NameIs(sql, tokens[i], "new");
-        const std::string row = Dequoted(sql, tokens[i]);
-        const std::string name = Dequoted(sql, tokens[i + 2]);
+        const std::string row = DequotedName(sql, tokens[i]);
+        const std::string name = DequotedName(sql, tokens[i + 2]);
         const int column = ColumnIndex(*rows.columns, name);
         if (column == -2 || !(isNew ? rows.hasNew : rows.hasOld)) {
             error = "no such column: " + row + "." + name;
@@ -92,7 +92,7 @@ private:
         } else if ((IsWord(sql, kind, "ABORT") || IsWord(sql, kind, "FAIL") || IsWord(sql, kind, "ROLLBACK")) &&
                    i + 5 < tokens.size() && IsPunct(sql, tokens[i + 3], ',') && IsName(tokens[i + 4]) &&
                    IsPunct(sql, tokens[i + 5], ')')) {
-            message = Dequoted(sql, tokens[i + 4]);
+            message = DequotedName(sql, tokens[i + 4]);
             last = i + 5;
         } else {
             return false;

@@ -21,24 +21,9 @@ bool IsName(const Token& token)
     return token.kind == 'w' || token.kind == 'q';
 }
 
-std::string Dequoted(std::string_view sql, const Token& token)
-{
-    std::string_view text = Text(sql, token);
-    if (token.kind != 'q' || text.size() < 2)
-        return std::string(text);
-    const char closing = text[0] == '[' ? ']' : text[0];
-    std::string name;
-    for (size_t i = 1; i + 1 < text.size(); ++i) {
-        name.push_back(text[i]);
-        if (text[i] == closing && closing != ']' && i + 2 < text.size() && text[i + 1] == closing)
-            ++i;
-    }
-    return name;
-}
-
 bool NameIs(std::string_view sql, const Token& token, const char* word)
 {
-    return IsName(token) && strcasecmp(Dequoted(sql, token).c_str(), word) == 0;
+    return IsName(token) && strcasecmp(DequotedName(sql, token).c_str(), word) == 0;
 }
 
 std::string StringLiteral(std::string_view text)

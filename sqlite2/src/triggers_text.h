@@ -22,9 +22,6 @@ bool IsPunct(std::string_view sql, const Token& token, char c);
 // A word or a quoted name: what 2.8 takes as a name.
 bool IsName(const Token& token);
 
-// The name a word or quoted token stands for ('x', "x", [x], `x` lose their quotes).
-std::string Dequoted(std::string_view sql, const Token& token);
-
 // True when the dequoted name equals word, ignoring case ("NEW", "new", [New]).
 bool NameIs(std::string_view sql, const Token& token, const char* word);
 
