@@ -134,6 +134,7 @@ Status Database::StartStatement()
 
 Status Database::RefreshSchema()
 {
+    ++schemaGeneration;
     if (Status status = schema.Load(*tree); !status)
         return status;
     schemaCookie = tree->Meta(60);

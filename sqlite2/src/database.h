@@ -49,6 +49,8 @@ public:
     // For the table module.
     BTree& Tree() { return *tree; }
     Schema& CurrentSchema() { return schema; }
+    // Moves on whenever the schema is read again (its objects are then new).
+    uint64_t SchemaGeneration() const { return schemaGeneration; }
     TriggerRunner& Triggers() { return *triggers; }
     // The write transaction that SQLite 3's calls on the tables drive; each
     // is a no-op when it has nothing to do, as every table of a statement
@@ -98,6 +100,7 @@ private:
     Schema schema;
     uint32_t schemaCookie = 0;
     bool schemaLoaded = false;
+    uint64_t schemaGeneration = 0;
     std::map<std::string, std::string> declared; // what SQLite 3 was given, by "kind:name"
     std::string transactionVerb;                 // of the statement running, if BEGIN/COMMIT/...
     sqlite3* connection = nullptr;

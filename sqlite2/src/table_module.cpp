@@ -185,6 +185,8 @@ int BestIndex(sqlite3_vtab* base, sqlite3_index_info* info)
 }
 
 struct TableCursor : sqlite3_vtab_cursor {
+    const TableSchema* table = nullptr; // looked up again when the schema was read again
+    uint64_t generation = 0;
     std::unique_ptr<Cursor> rows;
     std::unique_ptr<Cursor> entries; // the index, for index plans
     const IndexSchema* index = nullptr;
@@ -260,6 +262,8 @@ int Filter(sqlite3_vtab_cursor* base, int plan, const char* indexName, int argc,
     if (!table)
         return SQLITE_ERROR;
     BTree& tree = vtab->database->Tree();
+    cursor->table = table;
+    cursor->generation = vtab->database->SchemaGeneration();
     cursor->plan = plan;
     cursor->loaded = false;
     cursor->done = false;
@@ -388,7 +392,12 @@ int Column(sqlite3_vtab_cursor* base, sqlite3_context* context, int column)
     auto* cursor = static_cast<TableCursor*>(base);
     if (int rc = LoadRow(cursor); rc != SQLITE_OK)
         return rc;
-    const TableSchema* table = VtabOf(base)->Table();
+    TableVtab* vtab = VtabOf(base);
+    if (cursor->generation != vtab->database->SchemaGeneration()) {
+        cursor->table = vtab->Table();
+        cursor->generation = vtab->database->SchemaGeneration();
+    }
+    const TableSchema* table = cursor->table;
     if (table && column == table->info.integerPrimaryKey) {
         sqlite3_result_int(context, cursor->rowid);
     } else if (size_t(column) < cursor->values.size() && cursor->values[size_t(column)]) {
