@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 namespace {
 
@@ -158,6 +160,36 @@ TEST_P(RowCommands, EditRowsWarnsAboutSeveralKeysAndOpensAnyway)
     EXPECT_EQ(r.err, bannerLines + "Error: More than one UNIQUE, not yet implemented. Sorry, had to go to bed..\n");
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(UserLog().substr(0, 4), "tag ") << "the editor opened";
+}
+
+TEST_P(RowCommands, WherePartsOnNumericColumnsFindTheRowByItsNumber)
+{
+    // A number stored with another spelling is still that number to the WHERE part.
+    ASSERT_EQ(RunProgram({ROWKEEPER_BINARY, "--exec", file,
+                          "INSERT INTO person VALUES(3, 'Cy', '1990-01-01', '070.0', 'c')"})
+                  .status,
+              0);
+    ExpectQuietSuccess(Run({"--edit-row", file, "person", "weight = 70"}, "log;set note=found;press OK"));
+    EXPECT_EQ(UserLog().substr(0, 28), "person +OK +Cancel | id= 3  ");
+    EXPECT_EQ(Rows("SELECT id, note FROM person ORDER BY id"), "1\ta\n2\tb\n3\tfound\n");
+    ExpectQuietSuccess(Run({"--edit-row", file, "person", "weight", ">", "75"}, "log;close"));
+    EXPECT_NE(UserLog().find("person +OK +Cancel | id= 2  | name=Bob"), std::string::npos)
+        << "only Bob weighs more: " << UserLog();
+}
+
+TEST_P(RowCommands, ChangesOfAnotherProgramWhileTheDialogIsOpenSurvive)
+{
+    // The dialog waits while another program changes row 2; saving row 1
+    // afterwards must not put back the row 2 that was read before.
+    std::thread other([this] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        RunResult r = RunProgram({ROWKEEPER_BINARY, "--exec", file, "UPDATE person SET name = 'Bobby' WHERE id = 2"});
+        EXPECT_EQ(r.status, 0) << r.err;
+    });
+    RunResult r = Run({"--edit-row", file, "person", "id=1"}, "wait 1500;set name=Annie;press OK");
+    other.join();
+    ExpectQuietSuccess(r);
+    EXPECT_EQ(Rows("SELECT id, name FROM person ORDER BY id"), "1\tAnnie\n2\tBobby\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Generations, RowCommands, ::testing::Values(2, 3),
