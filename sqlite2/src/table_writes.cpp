@@ -202,12 +202,24 @@ Status RowWriter::Insert(sqlite3_value** values, sqlite3_value* givenRowid, int3
     bool skip = false;
     if (Status status = CheckNotNull(row, skip); !status || skip)
         return status;
-    if (Status status = RowidFor(row, givenRowid, rowid); !status)
-        return status;
-    if (table.info.integerPrimaryKey >= 0)
-        row[size_t(table.info.integerPrimaryKey)] = std::to_string(rowid);
+    // 2.8 picks a new row's rowid after its BEFORE triggers, which see -1.
+    const int key = table.info.integerPrimaryKey;
+    const bool automatic = !(key >= 0 ? row[size_t(key)] : StoredValue(givenRowid));
+    rowid = -1;
+    if (!automatic) {
+        if (Status status = RowidFor(row, givenRowid, rowid); !status)
+            return status;
+    }
+    if (key >= 0)
+        row[size_t(key)] = std::to_string(rowid);
     if (Status status = Fire(Timing::Before, Event::Insert, nullptr, 0, &row, rowid, skip); !status || skip)
         return status;
+    if (automatic) {
+        if (Status status = rows.NewRowid(rowid); !status)
+            return status;
+        if (key >= 0)
+            row[size_t(key)] = std::to_string(rowid);
+    }
     if (Status status = MakeRoom(row, rowid, skip); !status || skip)
         return status;
     if (Status status = rows.Insert(rowid, row); !status)
