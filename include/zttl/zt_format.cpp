@@ -78,6 +78,186 @@ int DecimalDigits(int64_t magnitude)
     return digits;
 }
 
+// Sign modes of a conversion, as AppendDouble takes them.
+enum SignMode { signNone = 0, signBlank = 1, signPlus = 3 };
+
+// What one "%..." says besides its conversion character. The pad character
+// is not part of it: a flag that sets it holds for the rest of the call.
+struct FormatSpec {
+    int width = -1; // -1: none given
+    int precision = 0;
+    int mode = signNone; // '-' asks for a blank sign, '+' for a plus; either left-aligns %s
+};
+
+// A decimal number of at most six digits' worth; further digits are skipped.
+int ParseBoundedNumber(const char*& p)
+{
+    int number = 0;
+    while (*p >= '0' && *p <= '9' && number < 100000)
+        number = number * 10 + (*p++ - '0');
+    while (*p >= '0' && *p <= '9')
+        ++p;
+    return number;
+}
+
+// The flags in the only order understood: an optional blank, '-' or '+',
+// and another optional blank. A blank makes the pad a blank.
+const char* ParseFlags(const char* p, FormatSpec& spec, char& pad)
+{
+    if (*p == ' ') {
+        pad = ' ';
+        ++p;
+    }
+    if (*p == '-') {
+        spec.mode = signBlank;
+        ++p;
+    } else if (*p == '+') {
+        spec.mode = signPlus;
+        ++p;
+    }
+    if (*p == ' ') {
+        pad = ' ';
+        ++p;
+    }
+    return p;
+}
+
+// A width that starts with '0' also makes the pad a '0'.
+const char* ParseWidth(const char* p, FormatSpec& spec, char& pad)
+{
+    if (*p >= '0' && *p <= '9') {
+        if (*p == '0')
+            pad = '0';
+        spec.width = ParseBoundedNumber(p);
+    }
+    return p;
+}
+
+// "." alone is a precision of 0.
+const char* ParsePrecision(const char* p, FormatSpec& spec)
+{
+    if (*p == '.') {
+        ++p;
+        spec.precision = ParseBoundedNumber(p);
+    }
+    return p;
+}
+
+// Everything between the '%' and the conversion character.
+const char* ParseHeader(const char* p, FormatSpec& spec, char& pad)
+{
+    p = ParseFlags(p, spec, pad);
+    p = ParseWidth(p, spec, pad);
+    return ParsePrecision(p, spec);
+}
+
+void AppendPaddedText(ZT_String& out, const char* text, const FormatSpec& spec)
+{
+    if (spec.width < 1) {
+        out.Append(text);
+        return;
+    }
+    ZT_String cell(text);
+    cell.Truncate(spec.width);
+    PadTo(out, cell, spec.width, spec.mode != signNone);
+}
+
+// %S with its optional escaping letter; returns the position after the letter.
+const char* AppendEscapedText(ZT_String& out, const char* p, const FormatSpec& spec, ArgumentReader& reader)
+{
+    ZT_String text(reader.NextText());
+    text.Truncate(spec.width);
+    char modifier = *p;
+    if (modifier)
+        ++p;
+    switch (modifier) {
+    case 'h': HtmlEntities(text, false); break;
+    case 'c': text = CEscape(text); break;
+    case 'f': text = UrlEncode(text, 0); break;
+    case 'q': text = CsvQuote(text); break;
+    default: break;
+    }
+    out.Append(text.GetString());
+    return p;
+}
+
+// %T with its selector letter; returns the position after the letter.
+const char* AppendTimeOfKind(ZT_String& out, const char* p, ArgumentReader& reader)
+{
+    const ZT_FormatArg& value = reader.Next();
+    char selector = char(tolower(static_cast<unsigned char>(*p)));
+    if (*p)
+        ++p;
+    if (selector == 'l' || selector == 'm') {
+        long unixTime = selector == 'l' ? long(value.AsInt()) + ZT_StampEpoch : long(value.AsInt());
+        time_t when = unixTime;
+        struct tm fields {};
+        if (value.AsInt() > 0 && localtime_r(&when, &fields))
+            out.AppendDateTime(fields);
+    } else if (selector == 's') {
+        out.AppendDuration(value.AsUnsigned());
+    } else if (selector == 'x') {
+        out.AppendClock(value.AsUnsigned());
+    } else {
+        out.AppendTime(value.AsInt(), false, false);
+    }
+    return p;
+}
+
+// Performs the conversion at p; returns the position after it (and after
+// the letter that %S and %T take).
+const char* AppendConversion(ZT_String& out, const char* p, const FormatSpec& spec, char pad, ArgumentReader& reader)
+{
+    char conversion = *p++;
+    switch (conversion) {
+    case '%':
+        out.AppendChar('%');
+        break;
+    case 'd':
+        out.AppendInt(reader.Next().AsInt(), spec.width < 1 ? -1 : spec.width);
+        break;
+    case 'u':
+        out.AppendInt(reader.Next().AsInt(), spec.width);
+        break;
+    case 'D': {
+        ZT_String grouped;
+        grouped.AppendGrouped(reader.Next().AsInt(), -1);
+        PadTo(out, grouped, spec.width, false);
+        break;
+    }
+    case 'x':
+    case 'X':
+        out.AppendHex(reader.Next().AsUnsigned(), spec.width);
+        break;
+    case 'c':
+        // A NUL cannot be part of the text: a missing character appends nothing.
+        if (char c = char(reader.Next().AsInt()))
+            out.AppendChar(c);
+        break;
+    case 'f':
+        out.AppendDouble(reader.Next().AsDouble(), spec.width, spec.precision, spec.mode, pad);
+        break;
+    case 's':
+        AppendPaddedText(out, reader.NextText(), spec);
+        break;
+    case 'S':
+        return AppendEscapedText(out, p, spec, reader);
+    case 'V':
+        out.Append(reader.NextText());
+        break;
+    case 't':
+        out.AppendTime(reader.Next().AsInt(), false, false);
+        break;
+    case 'T':
+        return AppendTimeOfKind(out, p, reader);
+    default:
+        // Dropped without taking an argument.
+        ZT_Assert(false, "zt_string", 1906);
+        break;
+    }
+    return p;
+}
+
 } // namespace
 
 ZT_String& ZT_String::FormatAppendArgs(const char* format, const ZT_FormatArg* args, int argCount)
@@ -94,131 +274,11 @@ ZT_String& ZT_String::FormatAppendArgs(const char* format, const ZT_FormatArg* a
         AppendBytes(plainStart, int(p - plainStart));
         if (!*p)
             break;
-        ++p;
-
-        int width = -1;
-        int precision = 0;
-        int mode = 0;
-        if (*p == ' ') {
-            pad = ' ';
-            ++p;
-        }
-        if (*p == '-') {
-            mode = 1;
-            ++p;
-        } else if (*p == '+') {
-            mode = 3;
-            ++p;
-        }
-        if (*p == ' ') {
-            pad = ' ';
-            ++p;
-        }
-        if (*p >= '0' && *p <= '9') {
-            if (*p == '0')
-                pad = '0';
-            width = 0;
-            while (*p >= '0' && *p <= '9' && width < 100000)
-                width = width * 10 + (*p++ - '0');
-            while (*p >= '0' && *p <= '9')
-                ++p;
-        }
-        if (*p == '.') {
-            ++p;
-            while (*p >= '0' && *p <= '9' && precision < 100000)
-                precision = precision * 10 + (*p++ - '0');
-            while (*p >= '0' && *p <= '9')
-                ++p;
-        }
+        FormatSpec spec;
+        p = ParseHeader(p + 1, spec, pad);
         if (!*p)
             break;
-
-        char conversion = *p++;
-        switch (conversion) {
-        case '%':
-            AppendChar('%');
-            break;
-        case 'd':
-            AppendInt(reader.Next().AsInt(), width < 1 ? -1 : width);
-            break;
-        case 'u':
-            AppendInt(reader.Next().AsInt(), width);
-            break;
-        case 'D': {
-            ZT_String grouped;
-            grouped.AppendGrouped(reader.Next().AsInt(), -1);
-            PadTo(*this, grouped, width, false);
-            break;
-        }
-        case 'x':
-        case 'X':
-            AppendHex(reader.Next().AsUnsigned(), width);
-            break;
-        case 'c':
-            // A NUL cannot be part of the text: a missing character appends nothing.
-            if (char c = char(reader.Next().AsInt()))
-                AppendChar(c);
-            break;
-        case 'f':
-            AppendDouble(reader.Next().AsDouble(), width, precision, mode, pad);
-            break;
-        case 's': {
-            const char* text = reader.NextText();
-            if (width < 1) {
-                Append(text);
-            } else {
-                ZT_String cell(text);
-                cell.Truncate(width);
-                PadTo(*this, cell, width, mode != 0);
-            }
-            break;
-        }
-        case 'S': {
-            ZT_String text(reader.NextText());
-            text.Truncate(width);
-            char modifier = *p;
-            if (modifier)
-                ++p;
-            switch (modifier) {
-            case 'h': HtmlEntities(text, false); break;
-            case 'c': text = CEscape(text); break;
-            case 'f': text = UrlEncode(text, 0); break;
-            case 'q': text = CsvQuote(text); break;
-            default: break;
-            }
-            Append(text.GetString());
-            break;
-        }
-        case 'V':
-            Append(reader.NextText());
-            break;
-        case 't':
-            AppendTime(reader.Next().AsInt(), false, false);
-            break;
-        case 'T': {
-            const ZT_FormatArg& value = reader.Next();
-            char selector = char(tolower(static_cast<unsigned char>(*p)));
-            if (*p)
-                ++p;
-            if (selector == 'l' || selector == 'm') {
-                long unixTime = selector == 'l' ? long(value.AsInt()) + ZT_StampEpoch : long(value.AsInt());
-                time_t when = unixTime;
-                struct tm fields {};
-                if (value.AsInt() > 0 && localtime_r(&when, &fields))
-                    AppendDateTime(fields);
-            } else if (selector == 's') {
-                AppendDuration(value.AsUnsigned());
-            } else if (selector == 'x') {
-                AppendClock(value.AsUnsigned());
-            } else {
-                AppendTime(value.AsInt(), false, false);
-            }
-            break;
-        }
-        default:
-            ZT_Assert(false, "zt_string", 1906);
-            break;
-        }
+        p = AppendConversion(*this, p, spec, pad, reader);
     }
     return *this;
 }

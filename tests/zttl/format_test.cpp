@@ -122,6 +122,101 @@ TEST(Format, UnknownConversionIsDroppedWithoutConsumingAnArgument)
     EXPECT_TRUE(messages.Contains("zt_string(1906)"));
 }
 
+// Flags, width and precision as the engine reads them: one optional blank,
+// then '-' or '+', then another blank, a width (a leading 0 pads with zeros)
+// and ".precision". Each call starts with a fresh pad, so these cases do not
+// carry a pad over from one another.
+TEST(Format, FlagWidthPrecisionCombinations)
+{
+    struct Case {
+        const char* format;
+        double real;
+        const char* expected;
+    };
+    const Case reals[] = {
+        {"%4.1f|", 2.5, "   2.5|"},
+        {"%-.2f", 2.5, " 2.50"},
+        {"%.f", 2.5, "3."},
+        {"%08.3f", -1.5, "-00000001.500"},
+        {"%- 6.1f|", 2.5, "      2.5|"},
+        {"% -6.1f|", 2.5, "      2.5|"},
+        {"%+ 6.1f|", 2.5, "+     2.5|"},
+    };
+    for (const Case& c : reals)
+        EXPECT_EQ(F(c.format, c.real), c.expected) << c.format;
+
+    struct TextCase {
+        const char* format;
+        const char* text;
+        const char* expected;
+    };
+    const TextCase texts[] = {
+        {"%+5s|", "ab", "ab   |"}, // any sign flag aligns a text to the left
+        {"% 5s|", "ab", "   ab|"},
+        {"%05s|", "ab", "   ab|"}, // texts are padded with blanks only
+        {"%3.2s|", "abcdef", "abc|"},
+        {"%.2s|", "abcdef", "abcdef|"}, // a precision does not shorten a text
+    };
+    for (const TextCase& c : texts)
+        EXPECT_EQ(F(c.format, c.text), c.expected) << c.format;
+
+    struct IntegerCase {
+        const char* format;
+        const char* expected;
+    };
+    const IntegerCase integers[] = {
+        {"%-5d|", "00042|"}, // integers always fill with zeros on the left
+        {"%+d", "42"},
+        {"% d", "42"},
+        {"%.3d", "42"},
+        {"%0d", "42"},
+        {"%-x", "2A"},
+        {"%+x", "2A"},
+        {"%0x", "A"}, // a width of 0 is one digit: the high digits are cut off
+        {"%5c|", "*|"},
+    };
+    for (const IntegerCase& c : integers)
+        EXPECT_EQ(F(c.format, 42), c.expected) << c.format;
+}
+
+TEST(Format, OverlongWidthIsCapped)
+{
+    EXPECT_EQ(F("%1234567d", 5), std::string(63, '0') + "5");
+    EXPECT_EQ(F("%99999999999d|%d", 5, 6), std::string(63, '0') + "5|6") << "the surplus digits are skipped";
+}
+
+TEST(Format, PercentSignsAndDanglingSpecs)
+{
+    EXPECT_EQ(F("%%%d%%", 3), "%3%");
+    EXPECT_EQ(F("%3%|%-%|"), "%|%|") << "flags and width before %% are read and ignored";
+    EXPECT_EQ(F("abc%."), "abc");
+    EXPECT_EQ(F("abc%-08.3"), "abc");
+}
+
+// Star widths, '#', length letters and a second sign flag are not understood:
+// the character is reported as an unknown conversion and dropped, takes no
+// argument, and what follows it is plain text.
+TEST(Format, UnsupportedSpecsAreDroppedWithoutTakingAnArgument)
+{
+    const struct {
+        const char* format;
+        const char* expected;
+    } cases[] = {
+        {"%*d|%d", "d|5"},
+        {"%.*f|%d", "f|5"},
+        {"%#x|%d", "x|5"},
+        {"%ld|%d", "d|5"},
+        {"%lld|%d", "ld|5"},
+        {"%-+5.1f|%d", "5.1f|5"},
+        {"%+-5.1f|%d", "5.1f|5"},
+    };
+    for (const auto& c : cases) {
+        MessageCapture messages;
+        EXPECT_EQ(F(c.format, 5), c.expected) << c.format;
+        EXPECT_TRUE(messages.Contains("zt_string(1906)")) << c.format;
+    }
+}
+
 TEST(Format, Truncate)
 {
     ZT_String s("abcdefgh");
