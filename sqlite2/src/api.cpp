@@ -49,7 +49,7 @@ std::string SyntaxIn28Words(const std::string& message, const char* sql)
     if (message != "incomplete input" || !sql)
         return In28Words(message.c_str());
     std::vector<sqlite2::Token> tokens = sqlite2::Tokenize(sql);
-    while (!tokens.empty() && tokens.back().kind == 'p' && sql[tokens.back().begin] == ';')
+    while (!tokens.empty() && sqlite2::IsPunct(sql, tokens.back(), ';'))
         tokens.pop_back();
     if (tokens.empty())
         return message;
@@ -84,7 +84,7 @@ bool EmptyResultCallbacks(sqlite3* connection)
 // sqlite3_exec's loop, each statement prepared where the engine runs it:
 // rows to the callback, once with no values for a statement without rows
 // when empty_result_callbacks is on, the first failure ends the text.
-int RunStatements(sqlite* db, const char* sql, sqlite_callback callback, void* arg, std::string& error,
+int ExecuteEachStatement(sqlite* db, const char* sql, sqlite_callback callback, void* arg, std::string& error,
                   const char*& failed)
 {
     sqlite2::Database& database = db->database;
@@ -181,7 +181,7 @@ int sqlite_exec(sqlite* db, const char* sql, sqlite_callback callback, void* arg
         return SQLITE_MISUSE;
     std::string error;
     const char* failed = sql;
-    int rc = RunStatements(db, sql, callback, arg, error, failed);
+    int rc = ExecuteEachStatement(db, sql, callback, arg, error, failed);
     return Finish(rc, error, errmsg, failed);
 }
 
@@ -193,7 +193,7 @@ int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int
     sqlite2::PackedTableBuilder table("sqlite_get_table() called with two or more incompatible queries");
     std::string error;
     const char* failed = sql;
-    int rc = RunStatements(db, sql, sqlite2::PackedTableBuilder::Collect, &table, error, failed);
+    int rc = ExecuteEachStatement(db, sql, sqlite2::PackedTableBuilder::Collect, &table, error, failed);
     if (rc == SQLITE_OK || table.Failure())
         *result = table.Finish();
     if (const char* failure = table.Failure()) {

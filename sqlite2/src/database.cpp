@@ -209,7 +209,7 @@ Status Database::Prepare(const char* sql, sqlite3_stmt** statement, const char**
         *tail = sql + end;
     const std::string_view written = text.substr(0, end);
     const std::vector<Token> tokens = Tokenize(written);
-    if (tokens.empty() || (tokens.size() == 1 && tokens[0].kind == 'p' && written[tokens[0].begin] == ';'))
+    if (tokens.empty() || (tokens.size() == 1 && IsPunct(written, tokens[0], ';')))
         return Status::Ok();
     if (Status status = StartStatement(); !status) {
         EndStatement();

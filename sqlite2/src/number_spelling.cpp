@@ -25,9 +25,9 @@ public:
     {
         if (tokens.empty())
             return std::string(sql);
-        if (IsWord(0, "INSERT") || IsWord(0, "REPLACE"))
+        if (IsWordAt(0, "INSERT") || IsWordAt(0, "REPLACE"))
             InsertValues();
-        else if (IsWord(0, "UPDATE"))
+        else if (IsWordAt(0, "UPDATE"))
             UpdateAssignments();
         std::string result(sql);
         for (auto r = replacements.rbegin(); r != replacements.rend(); ++r)
@@ -36,12 +36,8 @@ public:
     }
 
 private:
-    bool IsWord(size_t i, const char* word) const
-    {
-        const Token& t = tokens[i];
-        return t.kind == 'w' && t.end - t.begin == strlen(word) && strncasecmp(sql.data() + t.begin, word, t.end - t.begin) == 0;
-    }
-    bool IsPunct(size_t i, char c) const { return tokens[i].kind == 'p' && sql[tokens[i].begin] == c; }
+    bool IsWordAt(size_t i, const char* word) const { return IsWord(sql, tokens[i], word); }
+    bool IsPunctAt(size_t i, char c) const { return IsPunct(sql, tokens[i], c); }
 
     // An item [first, last) that is a number with at most a sign becomes a text.
     void Item(size_t first, size_t last)
@@ -49,8 +45,8 @@ private:
         if (last == first + 1 && tokens[first].kind == 'n') {
             Quote(first, first, "");
         } else if (last == first + 2 && tokens[first + 1].kind == 'n' &&
-                   (IsPunct(first, '-') || IsPunct(first, '+'))) {
-            Quote(first, first + 1, IsPunct(first, '-') ? "-" : "");
+                   (IsPunctAt(first, '-') || IsPunctAt(first, '+'))) {
+            Quote(first, first + 1, IsPunctAt(first, '-') ? "-" : "");
         }
     }
 
@@ -70,24 +66,24 @@ private:
         size_t i = 0;
         int depth = 0;
         for (; i < tokens.size(); ++i) {
-            if (IsPunct(i, '('))
+            if (IsPunctAt(i, '('))
                 ++depth;
-            else if (IsPunct(i, ')'))
+            else if (IsPunctAt(i, ')'))
                 --depth;
-            else if (depth == 0 && IsWord(i, "VALUES"))
+            else if (depth == 0 && IsWordAt(i, "VALUES"))
                 break;
         }
-        for (++i; i < tokens.size() && IsPunct(i, '(');) {
+        for (++i; i < tokens.size() && IsPunctAt(i, '(');) {
             size_t itemStart = i + 1;
             depth = 0;
             size_t j = i + 1;
             for (; j < tokens.size(); ++j) {
-                if (IsPunct(j, '(')) {
+                if (IsPunctAt(j, '(')) {
                     ++depth;
-                } else if (IsPunct(j, ')')) {
+                } else if (IsPunctAt(j, ')')) {
                     if (depth-- == 0)
                         break;
-                } else if (depth == 0 && IsPunct(j, ',')) {
+                } else if (depth == 0 && IsPunctAt(j, ',')) {
                     Item(itemStart, j);
                     itemStart = j + 1;
                 }
@@ -96,7 +92,7 @@ private:
                 return;
             Item(itemStart, j);
             i = j + 1;
-            if (i < tokens.size() && IsPunct(i, ','))
+            if (i < tokens.size() && IsPunctAt(i, ','))
                 ++i;
         }
     }
@@ -105,22 +101,22 @@ private:
     void UpdateAssignments()
     {
         size_t i = 0;
-        while (i < tokens.size() && !IsWord(i, "SET"))
+        while (i < tokens.size() && !IsWordAt(i, "SET"))
             ++i;
         size_t valueStart = 0;
         int depth = 0;
         for (++i; i < tokens.size(); ++i) {
-            if (IsPunct(i, '(')) {
+            if (IsPunctAt(i, '(')) {
                 ++depth;
-            } else if (IsPunct(i, ')')) {
+            } else if (IsPunctAt(i, ')')) {
                 --depth;
-            } else if (depth == 0 && IsPunct(i, '=') && valueStart == 0) {
+            } else if (depth == 0 && IsPunctAt(i, '=') && valueStart == 0) {
                 valueStart = i + 1;
-            } else if (depth == 0 && (IsPunct(i, ',') || IsWord(i, "WHERE") || IsPunct(i, ';'))) {
+            } else if (depth == 0 && (IsPunctAt(i, ',') || IsWordAt(i, "WHERE") || IsPunctAt(i, ';'))) {
                 if (valueStart)
                     Item(valueStart, i);
                 valueStart = 0;
-                if (!IsPunct(i, ','))
+                if (!IsPunctAt(i, ','))
                     return;
             }
         }

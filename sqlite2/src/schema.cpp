@@ -12,8 +12,7 @@ namespace {
 bool IsUniqueIndexText(std::string_view sql)
 {
     std::vector<Token> tokens = Tokenize(sql);
-    return tokens.size() > 1 && tokens[1].end - tokens[1].begin == 6 &&
-           strncasecmp(sql.data() + tokens[1].begin, "UNIQUE", 6) == 0;
+    return tokens.size() > 1 && IsWord(sql, tokens[1], "UNIQUE");
 }
 
 // "(T autoindex N)" names the N-th automatic index of table T.
@@ -87,7 +86,7 @@ Status Schema::Load(BTree& tree)
     for (const SchemaRow& row : rows) {
         if (row.type == "table" && row.sql) {
             TableSchema table{row.name, row.root, *row.sql, {}, {}};
-            if (!ParseCreateTable(*row.sql, table.info))
+            if (!ParseTableDefinition(*row.sql, table.info))
                 continue;
             tables[Lower(row.name)] = std::move(table);
         } else if (row.type == "index") {

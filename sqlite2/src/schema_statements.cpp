@@ -131,7 +131,7 @@ Status Database::CreateTable(std::string_view body)
     TableInfo info;
     const std::vector<Token> tokens = Tokenize(body);
     size_t nameAt = 2;
-    if (!ParseCreateTable(body, info) || tokens.size() <= nameAt)
+    if (!ParseTableDefinition(body, info) || tokens.size() <= nameAt)
         return {kError, "CREATE TABLE ... AS SELECT is not supported for 2.x files"};
     const std::string name = DequotedName(body, tokens[nameAt]);
     if (NameTaken(schema, name))
@@ -165,7 +165,7 @@ Status Database::CreateIndex(std::string_view body, bool unique)
         return {kError, "near \"" + std::string(body.substr(tokens.back().begin)) + "\": syntax error"};
     const std::string name = DequotedName(body, tokens[i]);
     size_t at = i + 2;
-    if (at + 2 < tokens.size() && tokens[at + 1].kind == 'p' && body[tokens[at + 1].begin] == '.')
+    if (at + 2 < tokens.size() && IsPunct(body, tokens[at + 1], '.'))
         at += 2;
     const std::string tableName = DequotedName(body, tokens[at]);
     TableSchema* table = schema.FindTable(tableName);

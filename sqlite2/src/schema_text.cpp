@@ -10,22 +10,11 @@ namespace sqlite2 {
 
 namespace {
 
-bool Is(std::string_view sql, const Token& token, const char* word)
-{
-    return token.kind == 'w' && token.end - token.begin == strlen(word) &&
-           strncasecmp(sql.data() + token.begin, word, token.end - token.begin) == 0;
-}
-
-bool IsPunct(std::string_view sql, const Token& token, char c)
-{
-    return token.kind == 'p' && sql[token.begin] == c;
-}
-
 bool IsConstraintStart(std::string_view sql, const Token& token)
 {
     for (const char* word : {"CONSTRAINT", "NULL", "NOT", "PRIMARY", "UNIQUE", "CHECK", "COLLATE", "DEFAULT",
                              "REFERENCES", "DEFERRABLE"})
-        if (Is(sql, token, word))
+        if (IsWord(sql, token, word))
             return true;
     return false;
 }
@@ -92,18 +81,18 @@ std::vector<std::string> NamesInParentheses(std::string_view sql, const std::vec
 
 Conflict ConflictAfter(std::string_view sql, const std::vector<Token>& part, size_t i)
 {
-    if (i + 2 >= part.size() || !Is(sql, part[i], "ON") || !Is(sql, part[i + 1], "CONFLICT"))
+    if (i + 2 >= part.size() || !IsWord(sql, part[i], "ON") || !IsWord(sql, part[i + 1], "CONFLICT"))
         return Conflict::Default;
     const Token& choice = part[i + 2];
-    if (Is(sql, choice, "ROLLBACK"))
+    if (IsWord(sql, choice, "ROLLBACK"))
         return Conflict::Rollback;
-    if (Is(sql, choice, "ABORT"))
+    if (IsWord(sql, choice, "ABORT"))
         return Conflict::Abort;
-    if (Is(sql, choice, "FAIL"))
+    if (IsWord(sql, choice, "FAIL"))
         return Conflict::Fail;
-    if (Is(sql, choice, "IGNORE"))
+    if (IsWord(sql, choice, "IGNORE"))
         return Conflict::Ignore;
-    if (Is(sql, choice, "REPLACE"))
+    if (IsWord(sql, choice, "REPLACE"))
         return Conflict::Replace;
     return Conflict::Default;
 }
@@ -111,7 +100,7 @@ Conflict ConflictAfter(std::string_view sql, const std::vector<Token>& part, siz
 // DEFAULT takes a literal in 2.8: a string, a word, a signed number or NULL.
 std::optional<std::string> DefaultAfter(std::string_view sql, const std::vector<Token>& part, size_t i)
 {
-    if (i >= part.size() || Is(sql, part[i], "NULL"))
+    if (i >= part.size() || IsWord(sql, part[i], "NULL"))
         return std::nullopt;
     std::string sign;
     if (IsPunct(sql, part[i], '-') || IsPunct(sql, part[i], '+')) {
@@ -136,11 +125,11 @@ bool IsTextType(std::string_view type)
     return false;
 }
 
-bool ParseCreateTable(std::string_view sql, TableInfo& info)
+bool ParseTableDefinition(std::string_view sql, TableInfo& info)
 {
     info = TableInfo();
     std::vector<Token> tokens = Tokenize(sql);
-    if (tokens.size() < 4 || !Is(sql, tokens[0], "CREATE"))
+    if (tokens.size() < 4 || !IsWord(sql, tokens[0], "CREATE"))
         return false;
     size_t open = FindOpeningParenthesis(sql, tokens);
     if (open >= tokens.size())
@@ -163,12 +152,12 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
         if (part.empty())
             return false;
         const Token& first = part[0];
-        if (inConstraints || Is(sql, first, "CONSTRAINT") || Is(sql, first, "PRIMARY") ||
-            Is(sql, first, "UNIQUE") || Is(sql, first, "CHECK") || Is(sql, first, "FOREIGN")) {
+        if (inConstraints || IsWord(sql, first, "CONSTRAINT") || IsWord(sql, first, "PRIMARY") ||
+            IsWord(sql, first, "UNIQUE") || IsWord(sql, first, "CHECK") || IsWord(sql, first, "FOREIGN")) {
             inConstraints = true;
             for (size_t i = 0; i < part.size(); ++i) {
-                bool isPrimary = i + 1 < part.size() && Is(sql, part[i], "PRIMARY") && Is(sql, part[i + 1], "KEY");
-                if (!isPrimary && !Is(sql, part[i], "UNIQUE"))
+                bool isPrimary = i + 1 < part.size() && IsWord(sql, part[i], "PRIMARY") && IsWord(sql, part[i + 1], "KEY");
+                if (!isPrimary && !IsWord(sql, part[i], "UNIQUE"))
                     continue;
                 std::vector<int> keyColumns;
                 for (const std::string& name : NamesInParentheses(sql, part, i + (isPrimary ? 2 : 1)))
@@ -204,22 +193,22 @@ bool ParseCreateTable(std::string_view sql, TableInfo& info)
         column.numeric = !IsTextType(column.type);
         for (; i < part.size(); ++i) {
             const int self = int(info.columns.size());
-            if (Is(sql, part[i], "PRIMARY") && i + 1 < part.size() && Is(sql, part[i + 1], "KEY")) {
+            if (IsWord(sql, part[i], "PRIMARY") && i + 1 < part.size() && IsWord(sql, part[i + 1], "KEY")) {
                 primaryKey.push_back(self);
                 size_t after = i + 2;
-                if (after < part.size() && (Is(sql, part[after], "ASC") || Is(sql, part[after], "DESC")))
+                if (after < part.size() && (IsWord(sql, part[after], "ASC") || IsWord(sql, part[after], "DESC")))
                     ++after;
                 columnKeys.push_back({true, {self}, ConflictAfter(sql, part, after)});
             }
-            if (Is(sql, part[i], "UNIQUE"))
+            if (IsWord(sql, part[i], "UNIQUE"))
                 columnKeys.push_back({false, {self}, ConflictAfter(sql, part, i + 1)});
-            if (Is(sql, part[i], "NOT") && i + 1 < part.size() && Is(sql, part[i + 1], "NULL")) {
+            if (IsWord(sql, part[i], "NOT") && i + 1 < part.size() && IsWord(sql, part[i + 1], "NULL")) {
                 column.notNull = true;
                 column.notNullConflict = ConflictAfter(sql, part, i + 2);
             }
-            if (Is(sql, part[i], "DEFAULT"))
+            if (IsWord(sql, part[i], "DEFAULT"))
                 column.defaultValue = DefaultAfter(sql, part, i + 1);
-            if (Is(sql, part[i], "COLLATE") && i + 1 < part.size())
+            if (IsWord(sql, part[i], "COLLATE") && i + 1 < part.size())
                 column.numeric = !IsTextType(sql.substr(part[i + 1].begin, part[i + 1].end - part[i + 1].begin));
         }
         info.columns.push_back(column);

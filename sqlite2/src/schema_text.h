@@ -33,7 +33,7 @@ struct TableInfo {
 };
 
 // False for a text that is not a CREATE TABLE with a column list.
-bool ParseCreateTable(std::string_view sql, TableInfo& info);
+bool ParseTableDefinition(std::string_view sql, TableInfo& info);
 
 // The column names of a CREATE INDEX text, dequoted.
 bool ParseCreateIndexColumns(std::string_view sql, std::vector<std::string>& columns);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <cstring>
+#include <strings.h>
 
 namespace sqlite2 {
 
@@ -88,6 +90,27 @@ std::vector<Token> Tokenize(std::string_view sql)
         }
     }
     return tokens;
+}
+
+bool IsWord(std::string_view sql, const Token& token, const char* word)
+{
+    return token.kind == 'w' && token.end - token.begin == strlen(word) &&
+           strncasecmp(sql.data() + token.begin, word, token.end - token.begin) == 0;
+}
+
+bool IsPunct(std::string_view sql, const Token& token, char c)
+{
+    return token.kind == 'p' && sql[token.begin] == c;
+}
+
+std::string Word(std::string_view sql, const std::vector<Token>& tokens, size_t i)
+{
+    if (i >= tokens.size() || tokens[i].kind != 'w')
+        return {};
+    std::string word(TokenText(sql, tokens[i]));
+    for (char& c : word)
+        c = char(toupper(uint8_t(c)));
+    return word;
 }
 
 std::string Dequote(std::string_view text)

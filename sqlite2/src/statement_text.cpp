@@ -5,16 +5,6 @@
 
 namespace sqlite2 {
 
-std::string Word(std::string_view sql, const std::vector<Token>& tokens, size_t i)
-{
-    if (i >= tokens.size() || tokens[i].kind != 'w')
-        return {};
-    std::string word(sql.substr(tokens[i].begin, tokens[i].end - tokens[i].begin));
-    for (char& c : word)
-        c = char(toupper(uint8_t(c)));
-    return word;
-}
-
 size_t StatementEnd(std::string_view sql)
 {
     const std::vector<Token> tokens = Tokenize(sql);
@@ -23,12 +13,12 @@ size_t StatementEnd(std::string_view sql)
         trigger |= Word(sql, tokens, i) == "TRIGGER";
     if (trigger && Word(sql, tokens, 0) == "CREATE") {
         for (size_t i = 0; i + 1 < tokens.size(); ++i)
-            if (Word(sql, tokens, i) == "END" && tokens[i + 1].kind == 'p' && sql[tokens[i + 1].begin] == ';')
+            if (Word(sql, tokens, i) == "END" && IsPunct(sql, tokens[i + 1], ';'))
                 return tokens[i + 1].end;
         return sql.size();
     }
     for (const Token& token : tokens)
-        if (token.kind == 'p' && sql[token.begin] == ';')
+        if (IsPunct(sql, token, ';'))
             return token.end;
     return sql.size();
 }
@@ -39,7 +29,7 @@ std::string_view StatementBody(std::string_view statement)
     if (tokens.empty())
         return {};
     size_t last = tokens.size() - 1;
-    if (tokens[last].kind == 'p' && statement[tokens[last].begin] == ';' && last > 0)
+    if (IsPunct(statement, tokens[last], ';') && last > 0)
         --last;
     return statement.substr(tokens[0].begin, tokens[last].end - tokens[0].begin);
 }
@@ -80,12 +70,12 @@ bool InsertTarget(std::string_view statement, std::string& table, std::vector<st
     if (i >= tokens.size())
         return false;
     table = DequotedName(statement, tokens[i++]);
-    if (i + 1 < tokens.size() && tokens[i].kind == 'p' && statement[tokens[i].begin] == '.') {
+    if (i + 1 < tokens.size() && IsPunct(statement, tokens[i], '.')) {
         table = DequotedName(statement, tokens[i + 1]);
         i += 2;
     }
     columns.clear();
-    if (i < tokens.size() && tokens[i].kind == 'p' && statement[tokens[i].begin] == '(') {
+    if (i < tokens.size() && IsPunct(statement, tokens[i], '(')) {
         for (++i; i < tokens.size(); ++i) {
             if (tokens[i].kind == 'p') {
                 if (statement[tokens[i].begin] == ')')

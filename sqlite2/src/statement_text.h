@@ -15,9 +15,6 @@ size_t StatementEnd(std::string_view sql);
 // 2.8 stores for a view or trigger.
 std::string_view StatementBody(std::string_view statement);
 
-// The word at token i upper-cased; empty past the end or for a non-word.
-std::string Word(std::string_view sql, const std::vector<Token>& tokens, size_t i);
-
 // The statement with every mention of the file's sqlite_master turned into
 // the name it has on the SQLite 3 side.
 std::string WithSchemaTableName(std::string_view statement, const char* name);

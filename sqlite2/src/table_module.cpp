@@ -53,7 +53,7 @@ const TableSchema& SchemaTable()
 {
     static const TableSchema table = [] {
         TableSchema schema{"sqlite_master", 2, kSchemaTableSql, {}, {}};
-        ParseCreateTable(kSchemaTableSql, schema.info);
+        ParseTableDefinition(kSchemaTableSql, schema.info);
         return schema;
     }();
     return table;

@@ -93,9 +93,9 @@ void Bind(const PreparedStatement& statement, const TriggerTable& table, const T
 std::string Respelled(const std::string& statement)
 {
     const std::vector<Token> tokens = Tokenize(statement);
-    if (!tokens.empty() && (trigger_text::IsWord(statement, tokens[0], "INSERT") ||
-                            trigger_text::IsWord(statement, tokens[0], "UPDATE") ||
-                            trigger_text::IsWord(statement, tokens[0], "REPLACE")))
+    if (!tokens.empty() && (IsWord(statement, tokens[0], "INSERT") ||
+                            IsWord(statement, tokens[0], "UPDATE") ||
+                            IsWord(statement, tokens[0], "REPLACE")))
         return KeepNumberSpelling(statement);
     return statement;
 }

@@ -28,7 +28,7 @@ public:
         if (tokens.empty())
             return "near \"\": syntax error"; // nothing at all to point at
         const Token& at = failedAt < tokens.size() ? tokens[failedAt] : tokens.back();
-        return "near \"" + std::string(Text(sql, at)) + "\": syntax error";
+        return "near \"" + std::string(TokenText(sql, at)) + "\": syntax error";
     }
 
 private:

@@ -97,7 +97,7 @@ private:
         } else {
             return false;
         }
-        std::string kindWord(Text(sql, kind));
+        std::string kindWord(TokenText(sql, kind));
         for (char& c : kindWord)
             c = char(toupper(static_cast<unsigned char>(c)));
         replacement = std::string(kRaiseFunction) + "(" + StringLiteral(kindWord) + ", " + StringLiteral(message) + ")";

@@ -5,17 +5,6 @@
 
 namespace sqlite2::trigger_text {
 
-bool IsWord(std::string_view sql, const Token& token, const char* word)
-{
-    return token.kind == 'w' && token.end - token.begin == strlen(word) &&
-           strncasecmp(sql.data() + token.begin, word, token.end - token.begin) == 0;
-}
-
-bool IsPunct(std::string_view sql, const Token& token, char c)
-{
-    return token.kind == 'p' && sql[token.begin] == c;
-}
-
 bool IsName(const Token& token)
 {
     return token.kind == 'w' || token.kind == 'q';

@@ -9,16 +9,6 @@
 
 namespace sqlite2::trigger_text {
 
-// The token's text as written.
-inline std::string_view Text(std::string_view sql, const Token& token)
-{
-    return sql.substr(token.begin, token.end - token.begin);
-}
-
-// True for the word (any case), not for a quoted name spelled the same.
-bool IsWord(std::string_view sql, const Token& token, const char* word);
-bool IsPunct(std::string_view sql, const Token& token, char c);
-
 // A word or a quoted name: what 2.8 takes as a name.
 bool IsName(const Token& token);
 

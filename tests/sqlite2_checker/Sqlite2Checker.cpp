@@ -245,7 +245,7 @@ private:
             CheckTree(root, name, entries);
             if (type == "table") {
                 Table& t = tables[lower(name)];
-                if (!fields[4] || !ParseCreateTable(*fields[4], t.info)) {
+                if (!fields[4] || !ParseTableDefinition(*fields[4], t.info)) {
                     Problem(name + ": CREATE TABLE does not parse");
                     continue;
                 }
