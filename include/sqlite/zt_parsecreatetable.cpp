@@ -65,6 +65,72 @@ void ApplyTableConstraint(ZT_TableInfo& table, const ZT_String& definition, cons
     }
 }
 
+// Takes the table name off the front of s (the statement after "CREATE TABLE").
+ZT_String TakeTableName(ZT_String& s)
+{
+    int nameLength = 0;
+    while (nameLength < s.GetLength() && !EndsName(s.GetString()[nameLength]))
+        ++nameLength;
+    ZT_String name = s.Left(nameLength);
+    s.Mid(nameLength, -1);
+    s.Trim();
+    return name;
+}
+
+// Takes the next column or constraint definition off the front of s: up to a
+// comma outside parentheses, or up to the ')' that closes the column list, in
+// which case s is emptied and closed is set.
+ZT_String TakeDefinition(ZT_String& s, bool& closed)
+{
+    const char* p = s.GetString();
+    int i = 0;
+    int depth = 0;
+    for (; p[i]; ++i) {
+        if (p[i] == ',' && depth <= 0)
+            break;
+        if (p[i] == '(')
+            ++depth;
+        if (p[i] == ')' && --depth < 0)
+            break;
+    }
+    ZT_String definition = s.Left(i);
+    closed = depth < 0;
+    if (closed)
+        s.Empty();
+    else
+        s.Mid(i + 1, -1);
+    return definition;
+}
+
+// The leading word of a definition: the column name or the constraint keyword.
+ZT_String FirstWord(const ZT_String& definition)
+{
+    const char* d = definition.GetString();
+    int wordLength = 0;
+    while (d[wordLength] && !ZT_IsSpace(d[wordLength]) && d[wordLength] != '(' && d[wordLength] != ',')
+        ++wordLength;
+    return definition.Left(wordLength);
+}
+
+// Adds the column named word when mask asks for its kind (ordinary, primary key, unique).
+void AddColumnDefinition(ZT_TableInfo& table, const ZT_String& definition, const ZT_String& word, int mask)
+{
+    int type = ColumnType(definition);
+    int flag = takeOrdinary;
+    if (definition.ContainsLoosely("PRIMARY KEY")) {
+        flag = takePrimaryKey;
+        if (mask & primaryKeyIsKey)
+            type = columnKey;
+    }
+    if (definition.ContainsLoosely("UNIQUE")) {
+        flag = takeUnique;
+        if (mask & uniqueIsKey)
+            type = columnKey;
+    }
+    if (mask & flag)
+        table.AddColumn(word.GetString(), word.GetString(), "auto generated", type);
+}
+
 } // namespace
 
 ZT_TableInfo* ParseCreateTable(const char* text, int mask)
@@ -74,13 +140,7 @@ ZT_TableInfo* ParseCreateTable(const char* text, int mask)
         return nullptr;
     s.Mid(12, -1);
     s.Trim();
-    ZT_String name;
-    int nameLength = 0;
-    while (nameLength < s.GetLength() && !EndsName(s.GetString()[nameLength]))
-        ++nameLength;
-    name = s.Left(nameLength);
-    s.Mid(nameLength, -1);
-    s.Trim();
+    ZT_String name = TakeTableName(s);
     ZT_TableInfo* table = new ZT_TableInfo(name.GetString());
     if (s.FirstChar() != '(')
         return table;
@@ -90,50 +150,17 @@ ZT_TableInfo* ParseCreateTable(const char* text, int mask)
     bool constraintsSeen = false;
     while (s.FirstChar() != ')' && s.FirstChar() != 0) {
         s.Trim();
-        const char* p = s.GetString();
-        int i = 0;
-        int depth = 0;
-        for (; p[i]; ++i) {
-            if (p[i] == ',' && depth <= 0)
-                break;
-            if (p[i] == '(')
-                ++depth;
-            if (p[i] == ')' && --depth < 0)
-                break;
-        }
-        ZT_String definition = s.Left(i);
-        if (depth < 0)
-            s.Empty();
-        else
-            s.Mid(i + 1, -1);
+        bool closed = false;
+        ZT_String definition = TakeDefinition(s, closed);
         ZT_Trace("COLUMN DEF == %s\n", definition.GetString());
-
-        const char* d = definition.GetString();
-        int wordLength = 0;
-        while (d[wordLength] && !ZT_IsSpace(d[wordLength]) && d[wordLength] != '(' && d[wordLength] != ',')
-            ++wordLength;
-        ZT_String word = definition.Left(wordLength);
-
+        ZT_String word = FirstWord(definition);
         if (word.IsEqual("PRIMARY") || word.IsEqual("UNIQUE") || word.IsEqual("CHECK")) {
             constraintsSeen = true;
             ApplyTableConstraint(*table, definition, word, mask);
         } else if (!constraintsSeen) {
-            int type = ColumnType(definition);
-            int flag = takeOrdinary;
-            if (definition.ContainsLoosely("PRIMARY KEY")) {
-                flag = takePrimaryKey;
-                if (mask & primaryKeyIsKey)
-                    type = columnKey;
-            }
-            if (definition.ContainsLoosely("UNIQUE")) {
-                flag = takeUnique;
-                if (mask & uniqueIsKey)
-                    type = columnKey;
-            }
-            if (mask & flag)
-                table->AddColumn(word.GetString(), word.GetString(), "auto generated", type);
+            AddColumnDefinition(*table, definition, word, mask);
         }
-        if (depth < 0)
+        if (closed)
             break;
     }
     return table;
