@@ -1,5 +1,6 @@
 #include "database.h"
 
+#include "concat_operands.h"
 #include "number_spelling.h"
 #include "statement_text.h"
 #include "table_module.h"
@@ -162,12 +163,12 @@ void Database::DeclareSchema()
             want("table:" + Lower(row.name), "CREATE VIRTUAL TABLE " + QuoteName(row.name) + " USING " +
                                                  kModuleName + "(" + QuoteName(row.name) + ")");
         else if (row.type == "view" && row.sql)
-            want("view:" + Lower(row.name), WithSchemaTableName(*row.sql, kSchemaTableName));
+            want("view:" + Lower(row.name), WithConcatAs28(WithSchemaTableName(*row.sql, kSchemaTableName)));
     }
     for (size_t t = 0; t < schema.triggers.size(); ++t)
         if (!schema.FindTable(schema.triggers[t].table))
             want("trigger:" + Lower(schema.triggers[t].name),
-                 WithSchemaTableName(*schema.triggerRows[t].sql, kSchemaTableName));
+                 WithConcatAs28(WithSchemaTableName(*schema.triggerRows[t].sql, kSchemaTableName)));
 
     for (auto it = declared.begin(); it != declared.end();) {
         auto found = wanted.find(it->first);
@@ -229,7 +230,7 @@ Status Database::Prepare(const char* sql, sqlite3_stmt** statement, const char**
         rewritten = TransactionStatement(verb);
         transactionVerb = verb;
     } else {
-        rewritten = WithSchemaTableName(written, kSchemaTableName);
+        rewritten = WithConcatAs28(WithSchemaTableName(written, kSchemaTableName));
         if (verb == "INSERT" || verb == "UPDATE" || verb == "REPLACE")
             rewritten = KeepNumberSpelling(rewritten);
     }

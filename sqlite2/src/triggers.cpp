@@ -1,5 +1,6 @@
 #include "triggers.h"
 
+#include "concat_operands.h"
 #include "number_spelling.h"
 #include "sql_tokens.h"
 #include "triggers_rewrite.h"
@@ -109,7 +110,8 @@ Status PrepareOne(sqlite3* connection, const std::string& sql, const PseudoRows&
         return {kError, error};
     out = std::make_unique<PreparedStatement>();
     out->parameters = std::move(rewritten.parameters);
-    if (sqlite3_prepare_v2(connection, rewritten.sql.c_str(), -1, &out->handle, nullptr) != SQLITE_OK) {
+    const std::string text = WithConcatAs28(rewritten.sql);
+    if (sqlite3_prepare_v2(connection, text.c_str(), -1, &out->handle, nullptr) != SQLITE_OK) {
         Status status{kError, sqlite3_errmsg(connection)};
         out.reset();
         return status;

@@ -1,5 +1,6 @@
 #include "value_rules.h"
 
+#include "concat_operands.h"
 #include "index_key.h"
 
 #include <cstdio>
@@ -45,6 +46,17 @@ void SumFinal(sqlite3_context* context)
     sqlite3_result_double(context, sum ? sum->total : 0.0);
 }
 
+// An operand of || as 2.8 joins it: reals with 15 significant digits.
+void ConcatText(sqlite3_context* context, int, sqlite3_value** arguments)
+{
+    if (sqlite3_value_type(arguments[0]) != SQLITE_FLOAT) {
+        sqlite3_result_value(context, arguments[0]);
+        return;
+    }
+    const std::string text = RealText(sqlite3_value_double(arguments[0]));
+    sqlite3_result_text(context, text.c_str(), int(text.size()), SQLITE_TRANSIENT);
+}
+
 } // namespace
 
 int CompareAs28(std::string_view a, std::string_view b)
@@ -71,6 +83,8 @@ void Install28Rules(sqlite3* connection)
     sqlite3_create_collation(connection, "text", SQLITE_UTF8, nullptr, TextCollation);
     sqlite3_create_function(connection, "sum", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, nullptr, SumStep,
                             SumFinal);
+    sqlite3_create_function(connection, kConcatTextFunction, 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                            ConcatText, nullptr, nullptr);
 }
 
 Value StoredValue(sqlite3_value* value)

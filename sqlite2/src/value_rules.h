@@ -17,7 +17,8 @@ int CompareAs28(std::string_view a, std::string_view b);
 
 // Makes a SQLite 3 connection evaluate like 2.8 where the difference is
 // visible in everyday queries: the numeric collation, and sum() as 2.8 has
-// it (a floating-point sum that is 0, not NULL, over no rows).
+// it (a floating-point sum that is 0, not NULL, over no rows), and the
+// function WithConcatAs28 wraps the operands of || in.
 void Install28Rules(sqlite3* connection);
 
 // The text a value is stored with in a 2.x file: texts up to their first
