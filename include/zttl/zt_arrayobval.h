@@ -12,6 +12,7 @@ template <class T>
 class ZT_ArrayObVal {
 public:
     ZT_ArrayObVal() = default;
+    // Copies each element with its copy constructor; assignment is not offered.
     ZT_ArrayObVal(const ZT_ArrayObVal& other)
     {
         RemoveAll();
@@ -19,6 +20,8 @@ public:
             Add(other.data[i]);
     }
     ZT_ArrayObVal& operator=(const ZT_ArrayObVal&) = delete;
+    // Frees the block only: the elements' own memory is released by a derived
+    // class (as ZT_StringList does) or not at all.
     virtual ~ZT_ArrayObVal()
     {
         count = 0;
@@ -55,6 +58,9 @@ public:
         return true;
     }
 
+    // Checked access (0-based). A bad index is reported and answered with the
+    // first (i < 0) or last element; an empty array answers a shared scratch
+    // element.
     T& GetAt(int i)
     {
         if (!data) {
@@ -75,6 +81,7 @@ public:
         return data[count > 0 ? count - 1 : 0];
     }
 
+    // Copy-constructs element at the end; nothing happens when memory runs out.
     void Add(const T& element)
     {
         int last = count;
@@ -85,6 +92,7 @@ public:
     // Virtual so that a derived list that owns more (the texts of
     // ZT_StringList) frees it also when cleared through this type.
     virtual void RemoveAll() { SetSize(0); }
+    // Element count, allocated capacity, and whether the count is 0.
     int GetSize() const { return count; }
     int GetCapacity() const { return capacity; }
     bool IsEmpty() const { return count == 0; }
@@ -100,6 +108,8 @@ struct ZT_TextElement {
     char* text = nullptr;
 
     ZT_TextElement() = default;
+    // Copies the text; assignment is not offered. There is no destructor: the
+    // list that holds the element frees the text.
     ZT_TextElement(const ZT_TextElement& other) { Store(other.text); }
     ZT_TextElement& operator=(const ZT_TextElement&) = delete;
 
@@ -115,6 +125,7 @@ struct ZT_TextElement {
 class ZT_StringList : public ZT_ArrayObVal<ZT_TextElement> {
 public:
     ZT_StringList() = default;
+    // Copy and assignment copy every text.
     ZT_StringList(const ZT_StringList& other) : ZT_ArrayObVal<ZT_TextElement>(other) {}
     ZT_StringList& operator=(const ZT_StringList& other)
     {
@@ -125,9 +136,11 @@ public:
         }
         return *this;
     }
+    // Frees the texts and the block.
     ~ZT_StringList() override { FreeTexts(); }
 
     using ZT_ArrayObVal<ZT_TextElement>::Add;
+    // Adds a copy of text; "" and null are stored as null.
     void Add(const char* text)
     {
         int last = count;
@@ -135,6 +148,8 @@ public:
             data[last].Store(text);
     }
 
+    // Stores a copy of text at i, growing the list to i + 1 elements (the new
+    // ones null); i < 0 is ignored.
     void SetAtGrow(int i, const char* text)
     {
         if (i < 0)
@@ -156,6 +171,8 @@ public:
     // Unchecked; null for an element added with an empty text.
     const char* operator[](int i) const { return data[i].text; }
 
+    // Index of the first element equal to text (case-sensitive), or -1. A null
+    // text finds the first null or empty element.
     int FindIndex(const char* text) const
     {
         if (!data)
@@ -180,6 +197,7 @@ public:
     }
 
 private:
+    // Frees every text and leaves the elements null.
     void FreeTexts()
     {
         for (int i = 0; i < count; ++i) {

@@ -11,6 +11,7 @@ template <class T>
 class ZT_ArrayVal {
 public:
     ZT_ArrayVal() = default;
+    // Copy and assignment copy the elements bitwise.
     ZT_ArrayVal(const ZT_ArrayVal& other) { CopyFrom(other); }
     ZT_ArrayVal& operator=(const ZT_ArrayVal& other)
     {
@@ -20,6 +21,7 @@ public:
         }
         return *this;
     }
+    // Frees the block.
     virtual ~ZT_ArrayVal()
     {
         count = 0;
@@ -28,6 +30,8 @@ public:
         data = nullptr;
     }
 
+    // Sets the count; growth zero-fills the new elements, SetSize(0) frees the
+    // block. False when memory runs out (the array is unchanged).
     bool SetSize(int n)
     {
         ZT_Assert(count >= 0, "zt_arrayval", 90);
@@ -75,7 +79,9 @@ public:
         }
     }
 
-    // Checked access: a bad index is reported and answered with the nearest element.
+    // Checked access (0-based): a bad index is reported and answered with the
+    // nearest element; an empty array answers T() (the non-const form a shared
+    // scratch element).
     T GetAt(int i) const
     {
         const T* element = Checked(i, 188);
@@ -91,6 +97,8 @@ public:
         return scratch;
     }
 
+    // Stores value at i (0-based), growing to i + 1 elements when needed; i < 0 is
+    // ignored.
     void SetAtGrow(int i, const T& value)
     {
         if (i < 0)
@@ -100,6 +108,7 @@ public:
         data[i] = value;
     }
 
+    // Element count, allocated capacity and the raw block (null when empty).
     int GetSize() const { return count; }
     int GetCapacity() const { return capacity; }
     const T* GetData() const { return data; }
@@ -110,7 +119,8 @@ protected:
     int capacity = 0;
 
 private:
-    // firstLine is the line of the "EMPTY" check; the two index checks follow it.
+    // firstLine is the number of the "EMPTY" check; the two index checks take
+    // the next two numbers.
     const T* Checked(int i, int firstLine) const
     {
         if (!data) {
@@ -130,6 +140,7 @@ private:
         return count > 0 ? data + count - 1 : data;
     }
 
+    // Takes the elements of other into this array, which must be empty.
     void CopyFrom(const ZT_ArrayVal& other)
     {
         if (other.count > 0 && SetSize(other.count))

@@ -64,10 +64,10 @@ void ZT_Trace(const char* format, ...)
     ZT_DebugDump(text);
 }
 
-void ZT_Assert(bool ok, const char* header, int line)
+void ZT_Assert(bool ok, const char* header, int number)
 {
     if (!ok)
-        ReportMessage("A_ assertion failed: %s(%d)", header, line);
+        ReportMessage("A_ assertion failed: %s(%d)", header, number);
 }
 
 void ZT_DebugDump(const char* text)

@@ -15,6 +15,7 @@ public:
     ZT_StringMap() = default;
     ZT_StringMap(const ZT_StringMap&) = delete;
     ZT_StringMap& operator=(const ZT_StringMap&) = delete;
+    // Frees the keys, and the values when the map owns them.
     ~ZT_StringMap() { RemoveAll(); }
 
     // Stores value under key; an existing key keeps its first spelling and is
@@ -53,6 +54,7 @@ public:
         return true;
     }
 
+    // 0-based index of key (case-insensitive), or -1; null and "" are never found.
     int FindIndex(const char* key) const
     {
         if (!key || !*key)
@@ -65,6 +67,7 @@ public:
         return (p < count && Compare(key, data[p].key) == 0) ? p : -1;
     }
 
+    // The value stored under key, or null; Contains says whether key is there.
     T* Lookup(const char* key) const
     {
         int i = FindIndex(key);
@@ -72,6 +75,8 @@ public:
     }
     bool Contains(const char* key) const { return FindIndex(key) >= 0; }
 
+    // Key and value at index i in key order, or null for a bad index. The key
+    // belongs to the map.
     const char* KeyAt(int i) const
     {
         ZT_Assert(count >= 0, "zt_stringmap", 295);
@@ -82,6 +87,7 @@ public:
     }
     T* ValueAt(int i) const { return (i >= 0 && i < count) ? data[i].value : nullptr; }
 
+    // Index of the first entry holding value (by address), or -1.
     int ValueIndex(const T* value) const
     {
         for (int i = 0; i < count; ++i)
@@ -99,8 +105,10 @@ public:
         memmove(data + i, data + i + 1, size_t(count - i - 1) * sizeof(Entry));
         --count;
     }
+    // Removes the entry of value without deleting it.
     void Remove(const T* value) { RemoveAt(ValueIndex(value)); }
 
+    // Frees the keys and the block; deletes the values only with DeleteValues.
     void RemoveAll()
     {
         for (int i = 0; i < count; ++i) {
@@ -114,6 +122,7 @@ public:
         capacity = 0;
     }
 
+    // Entry count and whether it is 0.
     int GetSize() const { return count; }
     bool IsEmpty() const { return count == 0; }
 
@@ -144,12 +153,14 @@ private:
         return true;
     }
 
+    // Reports the failure and answers false for SetAt.
     static bool OutOfMemory(const char* key)
     {
         ReportMessage("E_ ZT_StringMap::SetAt() out of memory, \"%s\" not added", key);
         return false;
     }
 
+    // Case-insensitive, null as "".
     static int Compare(const char* a, const char* b) { return strcasecmp(a ? a : "", b ? b : ""); }
 
     // Position of the first entry whose key is not less than key.
