@@ -63,13 +63,14 @@ void SetMessage(char** errmsg, const std::string& text)
         *errmsg = strdup(text.c_str());
 }
 
-int Finish(int rc, const std::string& message, char** errmsg, const char* sql = nullptr)
+// The C API's answer for an outcome: its code, and its message in *errmsg.
+int Finish(const sqlite2::Status& status, char** errmsg, const char* sql = nullptr)
 {
     if (errmsg)
         *errmsg = nullptr;
-    if (rc != SQLITE_OK)
-        SetMessage(errmsg, SyntaxIn28Words(message, sql));
-    return rc & 0xFF;
+    if (!status)
+        SetMessage(errmsg, SyntaxIn28Words(status.Message(), sql));
+    return status.Code() & 0xFF;
 }
 
 bool EmptyResultCallbacks(sqlite3* connection)
@@ -84,8 +85,8 @@ bool EmptyResultCallbacks(sqlite3* connection)
 // sqlite3_exec's loop, each statement prepared where the engine runs it:
 // rows to the callback, once with no values for a statement without rows
 // when empty_result_callbacks is on, the first failure ends the text.
-int ExecuteEachStatement(sqlite* db, const char* sql, sqlite_callback callback, void* arg, std::string& error,
-                  const char*& failed)
+sqlite2::Status ExecuteEachStatement(sqlite* db, const char* sql, sqlite_callback callback, void* arg,
+                                     const char*& failed)
 {
     sqlite2::Database& database = db->database;
     std::vector<const char*> names;
@@ -97,10 +98,8 @@ int ExecuteEachStatement(sqlite* db, const char* sql, sqlite_callback callback, 
         const char* tail = nullptr;
         failed = rest;
         sqlite2::Status status = database.Prepare(rest, &statement, &tail);
-        if (!status) {
-            error = status.Message();
-            return status.Code();
-        }
+        if (!status)
+            return status;
         rest = tail;
         if (!statement)
             continue;
@@ -133,18 +132,14 @@ int ExecuteEachStatement(sqlite* db, const char* sql, sqlite_callback callback, 
                 break;
         }
         status = database.Finish(statement);
-        if (aborted) {
-            error = "callback requested query abort";
-            return SQLITE_ABORT;
-        }
-        if (!status) {
-            error = status.Message();
-            return status.Code();
-        }
+        if (aborted)
+            return {sqlite2::kAbort, "callback requested query abort"};
+        if (!status)
+            return status;
         while (*rest && isspace(static_cast<unsigned char>(*rest)))
             ++rest;
     }
-    return SQLITE_OK;
+    return sqlite2::Status::Ok();
 }
 
 } // namespace
@@ -179,10 +174,9 @@ int sqlite_exec(sqlite* db, const char* sql, sqlite_callback callback, void* arg
 {
     if (!db || !sql)
         return SQLITE_MISUSE;
-    std::string error;
     const char* failed = sql;
-    int rc = ExecuteEachStatement(db, sql, callback, arg, error, failed);
-    return Finish(rc, error, errmsg, failed);
+    const sqlite2::Status status = ExecuteEachStatement(db, sql, callback, arg, failed);
+    return Finish(status, errmsg, failed);
 }
 
 int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int* ncolumn, char** errmsg)
@@ -191,22 +185,19 @@ int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int
         return SQLITE_MISUSE;
     *result = nullptr;
     sqlite2::PackedTableBuilder table("sqlite_get_table() called with two or more incompatible queries");
-    std::string error;
     const char* failed = sql;
-    int rc = ExecuteEachStatement(db, sql, sqlite2::PackedTableBuilder::Collect, &table, error, failed);
-    if (rc == SQLITE_OK || table.Failure())
+    sqlite2::Status status = ExecuteEachStatement(db, sql, sqlite2::PackedTableBuilder::Collect, &table, failed);
+    if (status || table.Failure())
         *result = table.Finish();
-    if (const char* failure = table.Failure()) {
-        error = failure;
-        rc = table.OutOfMemory() ? SQLITE_NOMEM : SQLITE_ERROR;
-    }
-    if (rc == SQLITE_OK) {
+    if (const char* failure = table.Failure())
+        status = {table.OutOfMemory() ? sqlite2::kNoMemory : sqlite2::kError, failure};
+    if (status) {
         if (nrow)
             *nrow = table.Rows();
         if (ncolumn)
             *ncolumn = table.Columns();
     }
-    return Finish(rc, error, errmsg, failed);
+    return Finish(status, errmsg, failed);
 }
 
 void sqlite_free_table(char** result)
@@ -227,9 +218,8 @@ int sqlite_compile(sqlite* db, const char* sql, const char** tail, sqlite_vm** v
     machine->db = db;
     sqlite2::Status status = db->database.Prepare(sql, &machine->statement, tail);
     if (!status) {
-        SetMessage(errmsg, SyntaxIn28Words(status.Message(), sql));
         delete machine;
-        return status.Code();
+        return Finish(status, errmsg, sql);
     }
     *vm = machine;
     return SQLITE_OK;
@@ -278,11 +268,9 @@ int sqlite_finalize(sqlite_vm* vm, char** errmsg)
         *errmsg = nullptr;
     if (!vm)
         return SQLITE_OK;
-    sqlite2::Status status = vm->db->database.Finish(vm->statement);
+    const sqlite2::Status status = vm->db->database.Finish(vm->statement);
     delete vm;
-    if (!status)
-        SetMessage(errmsg, In28Words(status.Message().c_str()));
-    return status.Code();
+    return Finish(status, errmsg);
 }
 
 int sqlite_last_insert_rowid(sqlite* db)

@@ -112,8 +112,7 @@ Status Schema::Load(BTree& tree)
             views.push_back(row);
         } else if (row.type == "trigger" && row.sql) {
             TriggerDefinition trigger;
-            std::string error;
-            if (ParseCreateTrigger(*row.sql, trigger, error)) {
+            if (ParseCreateTrigger(*row.sql, trigger)) {
                 triggers.push_back(std::move(trigger));
                 triggerRows.push_back(row);
             }

@@ -232,9 +232,8 @@ Status Database::CreateView(std::string_view body)
 Status Database::CreateTrigger(std::string_view body)
 {
     TriggerDefinition trigger;
-    std::string error;
-    if (!ParseCreateTrigger(body, trigger, error))
-        return {kError, error};
+    if (Status status = ParseCreateTrigger(body, trigger); !status)
+        return status;
     if (NameTaken(schema, trigger.name))
         return {kError, "trigger " + trigger.name + " already exists"};
     bool onView = false;

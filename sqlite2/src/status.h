@@ -8,6 +8,7 @@ namespace sqlite2 {
 enum StatusCode : int {
     kOk = 0,
     kError = 1,
+    kAbort = 4,
     kBusy = 5,
     kNoMemory = 7,
     kReadOnly = 8,

@@ -105,9 +105,8 @@ Status PrepareOne(sqlite3* connection, const std::string& sql, const PseudoRows&
                   std::unique_ptr<PreparedStatement>& out)
 {
     RewrittenStatement rewritten;
-    std::string error;
-    if (!RewriteTriggerStatement(sql, rows, rewritten, error))
-        return {kError, error};
+    if (Status status = RewriteTriggerStatement(sql, rows, rewritten); !status)
+        return status;
     out = std::make_unique<PreparedStatement>();
     out->parameters = std::move(rewritten.parameters);
     const std::string text = WithConcatAs28(rewritten.sql);

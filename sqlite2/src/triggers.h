@@ -27,9 +27,9 @@ struct TriggerDefinition {
     bool forEachRow = true;                 // false: FOR EACH STATEMENT, which 2.8 accepts but never fires
 };
 
-// False, with a message in 2.8's words, for a text that is not a CREATE
+// An error, with a message in 2.8's words, for a text that is not a CREATE
 // TRIGGER 2.8 would accept.
-bool ParseCreateTrigger(std::string_view sql, TriggerDefinition& trigger, std::string& error);
+Status ParseCreateTrigger(std::string_view sql, TriggerDefinition& trigger);
 
 // What a trigger program sees of one row: the column names of its table,
 // which of them hold numbers (2.x's numeric class), and the values.

@@ -223,14 +223,13 @@ private:
 
 } // namespace
 
-bool ParseCreateTrigger(std::string_view sql, TriggerDefinition& trigger, std::string& error)
+Status ParseCreateTrigger(std::string_view sql, TriggerDefinition& trigger)
 {
     trigger = TriggerDefinition();
     TriggerParser parser(sql, trigger);
     if (parser.Parse())
-        return true;
-    error = parser.Error();
-    return false;
+        return Status::Ok();
+    return {kError, parser.Error()};
 }
 
 } // namespace sqlite2

@@ -112,10 +112,12 @@ private:
 
 } // namespace
 
-bool RewriteTriggerStatement(std::string_view sql, const PseudoRows& rows, RewrittenStatement& out,
-                             std::string& error)
+Status RewriteTriggerStatement(std::string_view sql, const PseudoRows& rows, RewrittenStatement& out)
 {
-    return Rewriter(sql, rows, out).Run(error);
+    std::string error;
+    if (Rewriter(sql, rows, out).Run(error))
+        return Status::Ok();
+    return {kError, error};
 }
 
 } // namespace sqlite2

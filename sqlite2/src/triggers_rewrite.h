@@ -2,6 +2,8 @@
 
 // How a trigger program's statement is made runnable on SQLite 3 (private
 // to the trigger runner).
+#include "status.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,10 +33,9 @@ struct PseudoRows {
 
 // Replaces every NEW.x / OLD.x (names in any case, possibly quoted; x may
 // also be rowid, oid or _rowid_ unless a column has that name) by a
-// parameter, and every RAISE(kind[, message]) by the raise function. False,
-// with 2.8's "no such column: NEW.x", for a column the table lacks or a row
-// the event does not have (OLD in an INSERT trigger, NEW in a DELETE one).
-bool RewriteTriggerStatement(std::string_view sql, const PseudoRows& rows, RewrittenStatement& out,
-                             std::string& error);
+// parameter, and every RAISE(kind[, message]) by the raise function. An
+// error with 2.8's "no such column: NEW.x" for a column the table lacks or a
+// row the event does not have (OLD in an INSERT trigger, NEW in a DELETE one).
+Status RewriteTriggerStatement(std::string_view sql, const PseudoRows& rows, RewrittenStatement& out);
 
 } // namespace sqlite2

@@ -1,6 +1,7 @@
 #include "TriggerBench.h"
 
 #include "sql_tokens.h"
+#include "value_rules.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +12,8 @@ using Event = TriggerDefinition::Event;
 TriggerBench::TriggerBench()
 {
     EXPECT_EQ(sqlite3_open(":memory:", &connection), SQLITE_OK);
+    // Trigger programs are evaluated with 2.8's rules, as on a database's connection.
+    Install28Rules(connection);
     runner = std::make_unique<TriggerRunner>(connection);
     sqlite3_create_function_v2(connection, "write_row", -1, SQLITE_UTF8, this, WriteRow, nullptr, nullptr, nullptr);
 }
@@ -35,8 +38,8 @@ void TriggerBench::SetTriggers(const std::vector<std::string>& texts)
     std::vector<TriggerDefinition> triggers;
     for (const std::string& text : texts) {
         TriggerDefinition trigger;
-        std::string error;
-        EXPECT_TRUE(ParseCreateTrigger(text, trigger, error)) << text << ": " << error;
+        const Status status = ParseCreateTrigger(text, trigger);
+        EXPECT_TRUE(status.ok()) << text << ": " << status.Message();
         triggers.push_back(std::move(trigger));
     }
     runner->SetTriggers(std::move(triggers));

@@ -15,17 +15,17 @@ namespace {
 TriggerDefinition Parsed(const std::string& sql)
 {
     TriggerDefinition trigger;
-    std::string error;
-    EXPECT_TRUE(ParseCreateTrigger(sql, trigger, error)) << sql << ": " << error;
+    const Status status = ParseCreateTrigger(sql, trigger);
+    EXPECT_TRUE(status.ok()) << sql << ": " << status.Message();
     return trigger;
 }
 
 std::string ErrorOf(const std::string& sql)
 {
     TriggerDefinition trigger;
-    std::string error;
-    EXPECT_FALSE(ParseCreateTrigger(sql, trigger, error)) << sql;
-    return error;
+    const Status status = ParseCreateTrigger(sql, trigger);
+    EXPECT_FALSE(status.ok()) << sql;
+    return status.Message();
 }
 
 std::string TriggerLineOf(const std::string& path)
