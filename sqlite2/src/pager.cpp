@@ -1,5 +1,6 @@
 #include "pager.h"
 
+#include "file_change_steps.h"
 #include "format.h"
 
 #include <algorithm>
@@ -36,16 +37,6 @@ constexpr size_t cleanPageBudget = 2048;
 // Journal records are gathered into writes of this many.
 constexpr size_t recordsPerWrite = 32;
 
-Pager::WriteObserver writeObserver = nullptr;
-
-// Also called before creating, truncating and deleting a file: each is a
-// step after which a crash leaves a different state to recover from.
-void BeforeWrite()
-{
-    if (writeObserver)
-        writeObserver();
-}
-
 Status Misuse()
 {
     return {kError, "library routine called out of sequence"};
@@ -59,7 +50,7 @@ Status FromErrno(int error)
 // 0 or the errno of the failure.
 int WriteAll(int fd, const void* data, size_t size, off_t offset)
 {
-    BeforeWrite();
+    BeforeFileChange();
     const char* p = static_cast<const char*>(data);
     while (size > 0) {
         ssize_t n = pwrite(fd, p, size, offset);
@@ -78,7 +69,7 @@ int WriteAll(int fd, const void* data, size_t size, off_t offset)
 
 int TruncateFile(int fd, off_t size)
 {
-    BeforeWrite();
+    BeforeFileChange();
     return ftruncate(fd, size) == 0 ? 0 : errno;
 }
 
@@ -242,7 +233,7 @@ public:
 
     Status Create(uint32_t originalPages)
     {
-        BeforeWrite();
+        BeforeFileChange();
         fd = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
         if (fd < 0)
             return errno == ENOSPC ? Status::Full() : Status{kCantOpen, message::cantOpen};
@@ -540,7 +531,7 @@ Status Pager::State::RollBackHotJournal()
         return Status::Busy();
     Status status = PlayBack(fd, journalPath);
     if (status) {
-        BeforeWrite();
+        BeforeFileChange();
         if (unlink(journalPath.c_str()) != 0 && errno != ENOENT)
             status = Status::IoError();
         SyncDirectory(journalPath);
@@ -614,7 +605,7 @@ Status Pager::State::WriteBack()
     if (!error)
         error = Sync(fd);
     if (!error) {
-        BeforeWrite();
+        BeforeFileChange();
         if (unlink(journalPath.c_str()) != 0) // the commit point
             error = errno;
     }
@@ -883,11 +874,6 @@ Status Pager::Truncate(uint32_t pages)
     s.DropAbove(pages);
     s.pageCount = pages;
     return Status::Ok();
-}
-
-void Pager::SetWriteObserver(WriteObserver observer)
-{
-    writeObserver = observer;
 }
 
 } // namespace sqlite2

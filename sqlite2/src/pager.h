@@ -90,12 +90,6 @@ public:
     // it that existed before are journalled).
     Status Truncate(uint32_t pages);
 
-    // Called before every write to the database file or the journal (crash
-    // tests install one that ends the process after a number of writes).
-    // Null, the default, calls nothing.
-    using WriteObserver = void (*)();
-    static void SetWriteObserver(WriteObserver observer);
-
 private:
     struct State;
     std::unique_ptr<State> state;

@@ -1,9 +1,9 @@
 // A writer killed at any point of a write-back leaves a file that, once its
 // journal is rolled back, holds exactly the old or the new state.
+#include "FileChangeSteps.h"
 #include "Sqlite2Checker.h"
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
-#include "pager.h"
 
 #include <gtest/gtest.h>
 
@@ -39,7 +39,7 @@ bool RunChild(const std::string& path, const std::string& sql, long writes)
     pid_t child = fork();
     if (child == 0) {
         writesLeft = writes;
-        sqlite2::Pager::SetWriteObserver(StopAfterWrites);
+        file_change_steps::SetObserver(StopAfterWrites);
         sqlite* db = sqlite_open(path.c_str(), 0, nullptr);
         int rc = db ? sqlite_exec(db, sql.c_str(), nullptr, nullptr, nullptr) : -1;
         _exit(rc == SQLITE_OK ? 0 : 1);

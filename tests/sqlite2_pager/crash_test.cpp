@@ -1,5 +1,6 @@
 // A writer killed after any number of its writes leaves a file that the next
 // BeginRead turns back into exactly the old or the new content.
+#include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
 #include "TempDir.h"
 
@@ -31,7 +32,7 @@ bool CommitInChild(const std::string& path, const Change& change, long writes)
     pid_t child = fork();
     if (child == 0) {
         writesBeforeExit = writes;
-        Pager::SetWriteObserver(CountingObserver);
+        file_change_steps::SetObserver(CountingObserver);
         Pager pager;
         bool ok = pager.Open(path) && pager.BeginRead() && pager.BeginWrite() && change(pager) && pager.Commit();
         _exit(ok ? 0 : 1);
@@ -114,7 +115,7 @@ TEST_P(PagerCrash, AnInterruptedRollbackIsFinishedByTheNextReader)
         pid_t child = fork();
         if (child == 0) {
             writesBeforeExit = writes;
-            Pager::SetWriteObserver(CountingObserver);
+            file_change_steps::SetObserver(CountingObserver);
             Pager pager;
             _exit(pager.Open(path) && pager.BeginRead() ? 0 : 1);
         }

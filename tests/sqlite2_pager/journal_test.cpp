@@ -1,4 +1,5 @@
 // The journal a commit writes, byte by byte.
+#include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
 #include "TempDir.h"
 
@@ -47,7 +48,7 @@ TEST(PagerJournal, HoldsTheOriginalOfEveryChangedOrCutPageOnceInFormat3)
 
     for (int round = 0; round < 2; ++round) {
         lastJournal.clear();
-        Pager::SetWriteObserver(CopyJournal);
+        file_change_steps::SetObserver(CopyJournal);
         Pager pager;
         ASSERT_TRUE(pager.Open(path));
         ASSERT_TRUE(pager.BeginWrite());
@@ -59,7 +60,7 @@ TEST(PagerJournal, HoldsTheOriginalOfEveryChangedOrCutPageOnceInFormat3)
         ASSERT_TRUE(pager.Truncate(10));        // pages 11 and 12 cut off
         ASSERT_TRUE(WritePatternPage(pager, 11, 'd')); // appended again after the cut
         ASSERT_TRUE(pager.Commit());
-        Pager::SetWriteObserver(nullptr);
+        file_change_steps::SetObserver(nullptr);
         WriteFile(path, old);
 
         ASSERT_GE(lastJournal.size(), 20u);
@@ -91,13 +92,13 @@ TEST(PagerJournal, AGrowthAloneIsJournalledByItsOriginalSize)
     WriteFile(path, PatternFile(3, 'a'));
     journalPath = path + "-journal";
     lastJournal.clear();
-    Pager::SetWriteObserver(CopyJournal);
+    file_change_steps::SetObserver(CopyJournal);
     Pager pager;
     ASSERT_TRUE(pager.Open(path));
     ASSERT_TRUE(pager.BeginWrite());
     ASSERT_TRUE(WritePatternPage(pager, 4, 'b'));
     ASSERT_TRUE(pager.Commit());
-    Pager::SetWriteObserver(nullptr);
+    file_change_steps::SetObserver(nullptr);
     ASSERT_EQ(lastJournal.size(), 20u) << "a header without records";
     EXPECT_EQ(BE32(lastJournal, 8), 0u);
     EXPECT_EQ(BE32(lastJournal, 16), 3u);

@@ -1,5 +1,6 @@
 // The pager's locks as other processes see them, and what it does when
 // another process holds one.
+#include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
 #include "TempDir.h"
 
@@ -190,7 +191,7 @@ TEST_F(PagerLocking, OneDescriptorServesTheFileEvenInRollbackAndCommit)
                                 std::string("\0\0\0\4", 4);
     WriteFile(path + "-journal", journal);
 
-    Pager::SetWriteObserver(CountDescriptors);
+    file_change_steps::SetObserver(CountDescriptors);
     Pager pager;
     ASSERT_TRUE(pager.Open(path));
     ASSERT_TRUE(pager.BeginRead());
@@ -200,7 +201,7 @@ TEST_F(PagerLocking, OneDescriptorServesTheFileEvenInRollbackAndCommit)
     page->bytes[0] = 'q';
     ASSERT_TRUE(pager.Write(5, page));
     ASSERT_TRUE(pager.Commit());
-    Pager::SetWriteObserver(nullptr);
+    file_change_steps::SetObserver(nullptr);
     EXPECT_EQ(mostDescriptorsSeen, 1);
     EXPECT_EQ(LockSeenByOthers(path), "read");
 }

@@ -1,5 +1,6 @@
 // Pages read, changed, committed and read again, by this pager and by a
 // fresh one on the same file.
+#include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
 #include "TempDir.h"
 
@@ -224,7 +225,7 @@ TEST(PagerRoundTrip, ACommitWithoutARealChangeWritesNothing)
     Pager pager;
     ASSERT_TRUE(pager.Open(path));
     ASSERT_TRUE(pager.BeginRead());
-    Pager::SetWriteObserver(CountingObserver);
+    file_change_steps::SetObserver(CountingObserver);
     writesSeen = 0;
 
     ASSERT_TRUE(pager.BeginWrite());
@@ -236,7 +237,7 @@ TEST(PagerRoundTrip, ACommitWithoutARealChangeWritesNothing)
     ASSERT_TRUE(pager.Write(3, page)); // made changeable, left as it was
     ASSERT_TRUE(pager.Commit());
     EXPECT_EQ(writesSeen, 0) << "a page written back unchanged";
-    Pager::SetWriteObserver(nullptr);
+    file_change_steps::SetObserver(nullptr);
     EXPECT_FALSE(Exists(path + "-journal"));
     EXPECT_EQ(ReadFile(path), PatternFile(5, 'a'));
 }

@@ -1,5 +1,6 @@
 // Statement-level rollback inside a write: savepoints put back the pages and
 // the page count as they were when they were opened.
+#include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
 #include "TempDir.h"
 
@@ -169,7 +170,7 @@ TEST_F(PagerSavepoints, AppendedPagesChangedAgainComeBackAsTheyWere)
 
 TEST_F(PagerSavepoints, ACommitAfterARollbackJournalsOnlyWhatReallyChanged)
 {
-    Pager::SetWriteObserver(CountingObserver);
+    file_change_steps::SetObserver(CountingObserver);
     int savepoint = pager.OpenSavepoint();
     Set(2, 'b');
     Set(3, 'b');
@@ -177,7 +178,7 @@ TEST_F(PagerSavepoints, ACommitAfterARollbackJournalsOnlyWhatReallyChanged)
     pager.Release(savepoint);
     writesSeen = 0;
     ASSERT_TRUE(pager.Commit());
-    Pager::SetWriteObserver(nullptr);
+    file_change_steps::SetObserver(nullptr);
     EXPECT_EQ(writesSeen, 0) << "every change was undone";
     EXPECT_EQ(FileVersions(), "aaaaaaaa");
 }
