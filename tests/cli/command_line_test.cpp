@@ -1,10 +1,8 @@
-#include "RunProgram.h"
+#include "Rowkeeper.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
-
-#include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -29,17 +27,17 @@ const std::string usage =
 // No display at all: the dialog toolkit cannot start.
 const std::vector<std::string> noDisplay = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
 
-RunResult Rowkeeper(std::vector<std::string> args, const std::vector<std::string>& env = noDisplay)
+// The program, with no display unless the test gives one.
+RunResult Launch(std::vector<std::string> args, const std::vector<std::string>& env = noDisplay)
 {
-    args.insert(args.begin(), ROWKEEPER_BINARY);
-    return RunProgram(args, env);
+    return Rowkeeper(std::move(args), env);
 }
 
 } // namespace
 
 TEST(CommandLine, NoArgumentsPrintsBannerAndUsage)
 {
-    RunResult r = Rowkeeper({});
+    RunResult r = Launch({});
     EXPECT_EQ(r.out, usage);
     EXPECT_EQ(r.err, banner + "\n");
     EXPECT_EQ(r.status, 0);
@@ -48,7 +46,7 @@ TEST(CommandLine, NoArgumentsPrintsBannerAndUsage)
 TEST(CommandLine, UnknownOptionsAreIgnoredSilently)
 {
     for (auto args : std::vector<std::vector<std::string>>{{"-x"}, {"-"}, {"--Query"}, {"--exec2", "-v"}}) {
-        RunResult r = Rowkeeper(args);
+        RunResult r = Launch(args);
         EXPECT_EQ(r.out, usage) << args[0];
         EXPECT_EQ(r.err, banner + "\n") << args[0];
         EXPECT_EQ(r.status, 0) << args[0];
@@ -59,7 +57,7 @@ TEST(CommandLine, QueryCommandsPrintNoBanner)
 {
     TempDir dir;
     for (std::string option : {"--query-one", "-q", "--query-tab", "--query-csv"}) {
-        RunResult r = Rowkeeper({option, dir.File("db"), "SELECT 1"});
+        RunResult r = Launch({option, dir.File("db"), "SELECT 1"});
         EXPECT_EQ(r.err, "") << option;
         EXPECT_EQ(r.out.find("Rowkeeper"), std::string::npos) << option;
     }
@@ -70,7 +68,7 @@ TEST(CommandLine, OtherCommandsPrintTheBannerOnStandardError)
     TempDir dir;
     for (std::string option : {"--create2", "-c2", "--create", "--create3", "-c3", "--exec", "-r", "--query",
                                "--query-table"}) {
-        RunResult r = Rowkeeper({option, dir.File(option + ".db")});
+        RunResult r = Launch({option, dir.File(option + ".db")});
         EXPECT_EQ(r.err.substr(0, banner.size() + 1), banner + "\n") << option;
         EXPECT_EQ(r.out.find("USAGE"), std::string::npos) << option;
     }
@@ -80,7 +78,7 @@ TEST(CommandLine, RowCommandsFailWithoutADisplay)
 {
     TempDir dir;
     for (std::string option : {"--edit-row", "-er", "--edit-rows", "-et", "--insert-row", "--add-row", "-ar"}) {
-        RunResult r = Rowkeeper({option, dir.File("db"), "person"});
+        RunResult r = Launch({option, dir.File("db"), "person"});
         EXPECT_EQ(r.out, banner) << option;
         EXPECT_EQ(r.err, "Fatal Error: MFC initialization failed\n") << option;
         EXPECT_EQ(r.status, 1) << option;
@@ -89,7 +87,7 @@ TEST(CommandLine, RowCommandsFailWithoutADisplay)
 
 TEST(CommandLine, UnreachableDisplayIsNoDisplay)
 {
-    RunResult r = Rowkeeper({"--edit-row", "f.db", "t"}, {"DISPLAY=:97", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"});
+    RunResult r = Launch({"--edit-row", "f.db", "t"}, {"DISPLAY=:97", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"});
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.err, "Fatal Error: MFC initialization failed\n");
 }
@@ -98,7 +96,7 @@ TEST(CommandLine, MissingToolkitPlatformIsNoDisplay)
 {
     for (std::vector<std::string> env : {std::vector<std::string>{"QT_QPA_PLATFORM=nosuchplatform"},
                                          {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY=wayland-97"}}) {
-        RunResult r = Rowkeeper({"--insert-row", "f.db", "t"}, env);
+        RunResult r = Launch({"--insert-row", "f.db", "t"}, env);
         EXPECT_EQ(r.status, 1) << env[0];
         EXPECT_EQ(r.out, banner) << env[0];
         EXPECT_EQ(r.err, "Fatal Error: MFC initialization failed\n") << env[0];
@@ -109,17 +107,16 @@ TEST(CommandLine, LastRecognisedOptionWins)
 {
     TempDir dir;
     // A row command named first does not matter: the query wins and needs no display.
-    RunResult r = Rowkeeper({"--edit-row", "--query", "--bogus", "--query-csv", dir.File("db"), "SELECT 1"});
+    RunResult r = Launch({"--edit-row", "--query", "--bogus", "--query-csv", dir.File("db"), "SELECT 1"});
     EXPECT_EQ(r.err, "");
     EXPECT_EQ(r.status, 0);
-    RunResult row = Rowkeeper({"--query-csv", "-x", "-et", dir.File("db"), "t"});
+    RunResult row = Launch({"--query-csv", "-x", "-et", dir.File("db"), "t"});
     EXPECT_EQ(row.status, 1) << "the row command came last";
 }
 
 TEST(CommandLine, ExecutableDoesNotLinkTheDialogToolkit)
 {
-    std::ifstream binary(ROWKEEPER_BINARY, std::ios::binary);
-    std::string content((std::istreambuf_iterator<char>(binary)), std::istreambuf_iterator<char>());
+    const std::string content = ReadWholeFile(RowkeeperBinary());
     ASSERT_FALSE(content.empty());
     EXPECT_EQ(content.find("libQt6"), std::string::npos);
     EXPECT_NE(content.find("RowkeeperInitDialogs"), std::string::npos) << "the module is looked up at run time";

@@ -1,4 +1,5 @@
 #include "Rowkeeper.h"
+#include "TempDir.h"
 
 #include <gtest/gtest.h>
 

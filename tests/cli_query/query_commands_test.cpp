@@ -1,4 +1,6 @@
 #include "Rowkeeper.h"
+#include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +20,7 @@ protected:
 
 TEST_F(QueryCommands, CreateMakesASQLite3File)
 {
-    EXPECT_EQ(ReadFile(file).substr(0, 16), std::string("SQLite format 3\0", 16));
+    EXPECT_EQ(ReadWholeFile(file).substr(0, 16), std::string("SQLite format 3\0", 16));
     RunResult r = Rowkeeper({"--create", file, "CREATE TABLE p(x)"});
     EXPECT_EQ(r.status, 10) << "create opens an existing file and runs the SQL in it";
     EXPECT_EQ(r.err, bannerLines + "Error: Execution of CREATE TABLE p(x) failed.\nSQLITE: table p already exists\n");
@@ -127,13 +129,13 @@ TEST(OpeningFiles, FileThatIsNoDatabase)
 {
     TempDir dir;
     std::string file = dir.File("notes.txt");
-    std::ofstream(file) << "These are my notes, not a database at all. Really not.\n";
-    const std::string before = ReadFile(file);
+    WriteWholeFile(file, "These are my notes, not a database at all. Really not.\n");
+    const std::string before = ReadWholeFile(file);
     RunResult r = Rowkeeper({"--query", file, "SELECT 1"});
     EXPECT_EQ(r.status, 3);
     EXPECT_EQ(r.out, "");
     EXPECT_EQ(r.err, bannerLines + "Error: Failed to open database " + file + ".\n");
-    EXPECT_EQ(ReadFile(file), before) << "a file we cannot read is left alone";
+    EXPECT_EQ(ReadWholeFile(file), before) << "a file we cannot read is left alone";
     RunResult one = Rowkeeper({"-q", file, "SELECT 1"});
     EXPECT_EQ(one.err, "Error: Failed to open database " + file + ".\n");
     EXPECT_EQ(one.status, 3);

@@ -1,21 +1,13 @@
 #include "Rowkeeper.h"
+#include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
-
-namespace {
-
-std::string Fixture(const std::string& name)
-{
-    return std::string(FIXTURES_DIR) + "/" + name + ".db";
-}
-
-} // namespace
 
 TEST(Sqlite2Files, QueriesOnAFixtureFile)
 {
     TempDir dir;
-    std::string file = dir.File("person.db");
-    std::ofstream(file, std::ios::binary) << ReadFile(Fixture("person"));
+    const std::string file = CopyOfFixture(dir, "person");
     RunResult tab = Rowkeeper({"--query-tab", file, "SELECT id, name, active, note FROM person WHERE id <= 3"});
     EXPECT_EQ(tab.out, "1\tKai0\t\t\n2\tQuin1\t0\t\n3\tQuin2!\t1\t\n");
     EXPECT_EQ(tab.status, 0);
@@ -36,7 +28,7 @@ TEST(Sqlite2Files, CreateTwoMakesA2xFileThatExecAndQueryUse)
     RunResult create = Rowkeeper({"--create2", file, "CREATE TABLE t(a INTEGER PRIMARY KEY, b TEXT);"
                                                      "INSERT INTO t(b) VALUES('50%%')"});
     EXPECT_EQ(create.status, 0) << create.err;
-    EXPECT_EQ(ReadFile(file).substr(0, 48), std::string("** This file contains an SQLite 2.1 database **\0", 48));
+    EXPECT_EQ(ReadWholeFile(file).substr(0, 48), std::string("** This file contains an SQLite 2.1 database **\0", 48));
     RunResult exec = Rowkeeper({"--exec", file, "INSERT INTO t(b) VALUES('two')"});
     EXPECT_EQ(exec.status, 0) << exec.err;
     EXPECT_EQ(Rowkeeper({"--query-csv", file, "SELECT a, b FROM t"}).out, "1,50%\n2,two\n");
@@ -53,12 +45,12 @@ TEST(Sqlite2Files, NeitherGenerationIsRefused)
     TempDir dir;
     std::string file = dir.File("half.db");
     // A 2.x header on a file whose schema page is garbage.
-    std::string bytes = ReadFile(Fixture("person"));
+    std::string bytes = ReadWholeFile(FixturePath("person.db"));
     for (size_t i = 1024; i < 2048; ++i)
         bytes[i] = char(0xEE);
-    std::ofstream(file, std::ios::binary) << bytes;
+    WriteWholeFile(file, bytes);
     RunResult r = Rowkeeper({"--query-one", file, "SELECT 1"});
     EXPECT_EQ(r.status, 3);
     EXPECT_EQ(r.err, "Error: Failed to open database " + file + ".\n");
-    EXPECT_EQ(ReadFile(file), bytes);
+    EXPECT_EQ(ReadWholeFile(file), bytes);
 }

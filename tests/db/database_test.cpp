@@ -1,6 +1,6 @@
+#include "MessageCapture.h"
 #include "TempDir.h"
 #include "sqlite/zt_sqlite3database.h"
-#include "zttl/zt_report.h"
 
 #include <gtest/gtest.h>
 
@@ -10,25 +10,18 @@
 
 namespace {
 
-std::vector<std::string> reported;
-void Collect(const char* line) { reported.push_back(line); }
-
 class Database : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        previousSink = ZT_SetMessageSink(Collect);
-        reported.clear();
         database.reset(new ZT_SQLite3Database(dir.File("t.db").c_str()));
         ASSERT_TRUE(database->IsOpen());
         ASSERT_TRUE(database->ExecuteFormat("CREATE TABLE t(a, b); INSERT INTO t VALUES(1, NULL);"
                                             "INSERT INTO t VALUES('two', '');"));
     }
-    void TearDown() override { ZT_SetMessageSink(previousSink); }
-
     TempDir dir;
+    MessageCapture reports;
     std::unique_ptr<ZT_SQLite3Database> database;
-    ZT_MessageSink previousSink = nullptr;
 };
 
 } // namespace
@@ -79,9 +72,9 @@ TEST_F(Database, EmptyAndFailedQueries)
     EXPECT_EQ(database->QueryTable(table, "SELECT nope FROM t"), 0);
     EXPECT_EQ(table.GetColumnCount(), 0) << "a failed query leaves the holder cleared";
     EXPECT_STREQ(database->GetError(), "no such column: nope");
-    EXPECT_EQ(reported.back(), "SQLITE no such column: nope\n");
+    EXPECT_EQ(reports.Lines().back(), "SQLITE no such column: nope\n");
     EXPECT_FALSE(database->Execute("DROP TABLE nope"));
-    EXPECT_EQ(reported.back(), "SQLite exec failed: no such table: nope\n");
+    EXPECT_EQ(reports.Lines().back(), "SQLite exec failed: no such table: nope\n");
 }
 
 TEST_F(Database, QueryValue)

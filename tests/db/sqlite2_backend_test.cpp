@@ -1,23 +1,10 @@
 #include "TempDir.h"
+#include "TestFiles.h"
 #include "sqlite/zt_sqlite2database.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
-namespace {
-
-std::string CopyOfFixture(const TempDir& dir, const std::string& name)
-{
-    std::ifstream in(std::string(FIXTURES_DIR) + "/" + name + ".db", std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    std::string path = dir.File(name + ".db");
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path;
-}
-
-} // namespace
+#include <filesystem>
 
 TEST(Sqlite2Backend, OpenDatabasePicksTheSecondGeneration)
 {
@@ -80,12 +67,6 @@ TEST(Sqlite2Backend, WritesPersistAndLastInsertRowId)
 
 namespace {
 
-std::string ReadBytes(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
 void PutBigEndian(std::string& bytes, size_t at, uint32_t value)
 {
     for (int i = 0; i < 4; ++i)
@@ -114,12 +95,12 @@ TEST(Sqlite2Backend, HotJournalSurvivesOpenDatabaseAndIsRolledBack)
 {
     TempDir dir;
     const std::string path = CopyOfFixture(dir, "person");
-    const std::string original = ReadBytes(path);
-    std::ofstream(path + "-journal", std::ios::binary) << JournalRestoringPage3(original);
+    const std::string original = ReadWholeFile(path);
+    WriteWholeFile(path + "-journal", JournalRestoringPage3(original));
     std::string torn = original;
     torn.replace(2 * 1024, 1024, std::string(1024, '\x55')); // a half-written page
     torn.append(3 * 1024, '\0');                              // and pages the dead writer added
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << torn;
+    WriteWholeFile(path, torn);
 
     ZT_SQLiteDatabase* database = OpenDatabase(path.c_str());
     ASSERT_NE(database, nullptr);
@@ -129,6 +110,6 @@ TEST(Sqlite2Backend, HotJournalSurvivesOpenDatabaseAndIsRolledBack)
     EXPECT_STREQ(count, "40");
     database->Close();
     ReleaseDatabase(database);
-    EXPECT_EQ(ReadBytes(path), original);
-    EXPECT_FALSE(std::ifstream(path + "-journal").good()) << "the journal is gone once rolled back";
+    EXPECT_EQ(ReadWholeFile(path), original);
+    EXPECT_FALSE(std::filesystem::exists(path + "-journal")) << "the journal is gone once rolled back";
 }

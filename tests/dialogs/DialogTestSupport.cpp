@@ -1,7 +1,6 @@
 #include "DialogTestSupport.h"
 
 #include "EnhGUI/WindowText.h"
-#include "zttl/zt_report.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -9,14 +8,7 @@
 
 #include <memory>
 
-std::vector<std::string> TraceCollector::lines;
-
 namespace {
-
-void Collect(const char* line)
-{
-    TraceCollector::lines.push_back(line);
-}
 
 void PlayFrom(std::shared_ptr<std::vector<std::function<void()>>> steps, size_t next)
 {
@@ -27,25 +19,6 @@ void PlayFrom(std::shared_ptr<std::vector<std::function<void()>>> steps, size_t 
 }
 
 } // namespace
-
-TraceCollector::TraceCollector()
-{
-    lines.clear();
-    ZT_SetMessageSink(Collect);
-}
-
-TraceCollector::~TraceCollector()
-{
-    ZT_SetMessageSink(nullptr);
-}
-
-int TraceCollector::Count(const std::string& prefix) const
-{
-    int n = 0;
-    for (const std::string& line : lines)
-        n += line.rfind(prefix, 0) == 0;
-    return n;
-}
 
 void PlayWhenShown(std::vector<std::function<void()>> steps)
 {

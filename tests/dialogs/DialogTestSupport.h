@@ -51,14 +51,5 @@ void PlayWhenShown(std::vector<std::function<void()>> steps);
 // The active modal window, as a person would see it.
 QWidget* ModalWindow();
 
-// Collects the library's trace lines while it lives.
-class TraceCollector {
-public:
-    TraceCollector();
-    ~TraceCollector();
-    static std::vector<std::string> lines;
-    int Count(const std::string& prefix) const;
-};
-
 // The text a window shows.
 std::string GetWindowTextOf(const QWidget* window);

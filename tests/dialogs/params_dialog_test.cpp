@@ -1,6 +1,7 @@
 #include "DialogTestSupport.h"
 #include "EnhGUI/ParamsDialog.h"
 #include "EnhGUI/WindowMetrics.h"
+#include "MessageCapture.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -139,7 +140,7 @@ TEST(ParamsDialog, ButtonClicksOfLinesReachTheLineByPosition)
     TypedSet t("flags");
     t.Add("a", columnBoolean, "0").Add("b", columnBoolean, "0");
     ParamsDialog dialog(t.set, nullptr, nullptr);
-    TraceCollector trace;
+    MessageCapture trace;
     PlayWhenShown({[&] { qobject_cast<QCheckBox*>(dialog.GetLine(1)->GetControlWindow())->click(); },
                    [&] { dialog.GetOkButton()->click(); }});
     EXPECT_EQ(dialog.RunModal(), 1);

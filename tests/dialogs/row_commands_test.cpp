@@ -1,26 +1,15 @@
 // The three row commands through the front end, with a scripted user
 // filling the dialogs, on files of both generations.
-#include "RunProgram.h"
+#include "Rowkeeper.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 namespace {
-
-const std::string bannerLines = "Rowkeeper v0.10 (build 10)\n\n";
-
-std::string ReadFile(const std::string& path)
-{
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 class RowCommands : public ::testing::TestWithParam<int> {
 protected:
@@ -28,34 +17,34 @@ protected:
     {
         file = dir.File("rows.db");
         const char* create = GetParam() == 2 ? "--create2" : "--create3";
-        RunResult made = RunProgram({ROWKEEPER_BINARY, create, file,
-                                     "CREATE TABLE person(id INTEGER PRIMARY KEY, name TEXT, born DATE, "
-                                     "weight REAL, note);"
-                                     "INSERT INTO person VALUES(1, 'Ann', '1970-01-02', 60.5, 'a');"
-                                     "INSERT INTO person VALUES(2, 'Bob', '1980-03-04', 80.5, 'b');"
-                                     "CREATE VIEW heavy AS SELECT * FROM person WHERE weight > 70;"
-                                     "CREATE TRIGGER no_insert BEFORE INSERT ON person WHEN new.name = 'Nobody' "
-                                     "BEGIN SELECT RAISE(ABORT, 'nobody may come'); END;"
-                                     "CREATE TRIGGER no_update BEFORE UPDATE ON person WHEN new.name = 'Nobody' "
-                                     "BEGIN SELECT RAISE(ABORT, 'nobody may stay'); END"});
+        RunResult made = Rowkeeper({create, file,
+                                    "CREATE TABLE person(id INTEGER PRIMARY KEY, name TEXT, born DATE, "
+                                    "weight REAL, note);"
+                                    "INSERT INTO person VALUES(1, 'Ann', '1970-01-02', 60.5, 'a');"
+                                    "INSERT INTO person VALUES(2, 'Bob', '1980-03-04', 80.5, 'b');"
+                                    "CREATE VIEW heavy AS SELECT * FROM person WHERE weight > 70;"
+                                    "CREATE TRIGGER no_insert BEFORE INSERT ON person WHEN new.name = 'Nobody' "
+                                    "BEGIN SELECT RAISE(ABORT, 'nobody may come'); END;"
+                                    "CREATE TRIGGER no_update BEFORE UPDATE ON person WHEN new.name = 'Nobody' "
+                                    "BEGIN SELECT RAISE(ABORT, 'nobody may stay'); END"});
         ASSERT_EQ(made.status, 0) << made.err;
     }
     // Runs a row command while the scripted user plays the given actions.
     RunResult Run(std::vector<std::string> args, const std::string& script)
     {
-        args.insert(args.begin(), ROWKEEPER_BINARY);
-        return RunProgram(args, {"QT_QPA_PLATFORM=offscreen", "LD_PRELOAD=" SCRIPTED_USER,
-                                 "ASAN_OPTIONS=verify_asan_link_order=0",
-                                 "LSAN_OPTIONS=print_suppressions=0:suppressions=" LEAK_SUPPRESSIONS, "ROWKEEPER_SCRIPTED_USER=" + script,
-                                 "ROWKEEPER_SCRIPTED_LOG=" + dir.File("user.log")});
+        return Rowkeeper(std::move(args),
+                         {"QT_QPA_PLATFORM=offscreen", "LD_PRELOAD=" SCRIPTED_USER,
+                          "ASAN_OPTIONS=verify_asan_link_order=0",
+                          "LSAN_OPTIONS=print_suppressions=0:suppressions=" LEAK_SUPPRESSIONS,
+                          "ROWKEEPER_SCRIPTED_USER=" + script, "ROWKEEPER_SCRIPTED_LOG=" + dir.File("user.log")});
     }
     std::string Rows(const std::string& sql)
     {
-        RunResult r = RunProgram({ROWKEEPER_BINARY, "--query-tab", file, sql});
+        RunResult r = Rowkeeper({"--query-tab", file, sql});
         EXPECT_EQ(r.err, "") << sql;
         return r.out;
     }
-    std::string UserLog() { return ReadFile(dir.File("user.log")); }
+    std::string UserLog() { return ReadWholeFile(dir.File("user.log")); }
     void ExpectQuietSuccess(const RunResult& r)
     {
         EXPECT_EQ(r.out, "");
@@ -82,12 +71,12 @@ TEST_P(RowCommands, InsertRowWritesWhatTheUserFilledIn)
 
 TEST_P(RowCommands, CancelAndCloseWriteNothing)
 {
-    const std::string before = ReadFile(file);
+    const std::string before = ReadWholeFile(file);
     for (const char* script : {"set name=Cy;press Cancel", "set name=Cy;close", "set name=Cy;key Escape"}) {
         ExpectQuietSuccess(Run({"--insert-row", file, "person"}, script));
         ExpectQuietSuccess(Run({"--edit-row", file, "person", "id=2"}, script));
     }
-    EXPECT_EQ(ReadFile(file), before);
+    EXPECT_EQ(ReadWholeFile(file), before);
 }
 
 TEST_P(RowCommands, EditRowLoadsTheMatchingRowAndUpdatesIt)
@@ -116,7 +105,7 @@ TEST_P(RowCommands, FailedWritesPrintTwoLinesAndStillSucceed)
 
 TEST_P(RowCommands, OnlyTablesCanBeEdited)
 {
-    const std::string before = ReadFile(file);
+    const std::string before = ReadWholeFile(file);
     struct Case {
         std::vector<std::string> args;
         std::string err;
@@ -133,7 +122,7 @@ TEST_P(RowCommands, OnlyTablesCanBeEdited)
         EXPECT_EQ(r.err, bannerLines + c.err);
         EXPECT_EQ(r.status, 4);
     }
-    EXPECT_EQ(ReadFile(file), before);
+    EXPECT_EQ(ReadWholeFile(file), before);
 }
 
 TEST_P(RowCommands, EditRowsPagesSavesAndAppends)
@@ -153,7 +142,7 @@ TEST_P(RowCommands, EditRowsPagesSavesAndAppends)
 
 TEST_P(RowCommands, EditRowsWarnsAboutSeveralKeysAndOpensAnyway)
 {
-    ASSERT_EQ(RunProgram({ROWKEEPER_BINARY, "--exec", file, "CREATE TABLE tag(id INTEGER PRIMARY KEY, code UNIQUE)"})
+    ASSERT_EQ(Rowkeeper({"--exec", file, "CREATE TABLE tag(id INTEGER PRIMARY KEY, code UNIQUE)"})
                   .status,
               0);
     RunResult r = Run({"--edit-rows", file, "tag"}, "log;close");
@@ -165,7 +154,7 @@ TEST_P(RowCommands, EditRowsWarnsAboutSeveralKeysAndOpensAnyway)
 TEST_P(RowCommands, WherePartsOnNumericColumnsFindTheRowByItsNumber)
 {
     // A number stored with another spelling is still that number to the WHERE part.
-    ASSERT_EQ(RunProgram({ROWKEEPER_BINARY, "--exec", file,
+    ASSERT_EQ(Rowkeeper({"--exec", file,
                           "INSERT INTO person VALUES(3, 'Cy', '1990-01-01', '070.0', 'c')"})
                   .status,
               0);
@@ -183,7 +172,7 @@ TEST_P(RowCommands, ChangesOfAnotherProgramWhileTheDialogIsOpenSurvive)
     // afterwards must not put back the row 2 that was read before.
     std::thread other([this] {
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        RunResult r = RunProgram({ROWKEEPER_BINARY, "--exec", file, "UPDATE person SET name = 'Bobby' WHERE id = 2"});
+        RunResult r = Rowkeeper({"--exec", file, "UPDATE person SET name = 'Bobby' WHERE id = 2"});
         EXPECT_EQ(r.status, 0) << r.err;
     });
     RunResult r = Run({"--edit-row", file, "person", "id=1"}, "wait 1500;set name=Annie;press OK");

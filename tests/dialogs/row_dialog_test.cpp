@@ -1,9 +1,10 @@
+#include "DatabaseFile.h"
 #include "DialogTestSupport.h"
-#include "RunProgram.h"
+#include "MessageCapture.h"
+#include "Rowkeeper.h"
 #include "TempDir.h"
 #include "sqlite/SQLiteParameters.h"
 #include "sqlite/SQLiteRowDialog.h"
-#include "sqlite/zt_sqlitedatabase.h"
 
 #include <QLineEdit>
 #include <gtest/gtest.h>
@@ -16,24 +17,10 @@ protected:
     void Open(const std::string& sql)
     {
         path = dir.File("rows.db");
-        ZT_SQLiteDatabase* created = CreateDatabase(path.c_str(), GetParam());
-        ASSERT_TRUE(created->ExecuteFormat(sql.c_str()));
-        created->Close();
-        ReleaseDatabase(created);
-        database = OpenDatabase(path.c_str());
+        database = CreateAndReopen(path, GetParam(), sql);
         ASSERT_NE(database, nullptr);
     }
-    void TearDown() override
-    {
-        if (database) {
-            database->Close();
-            ReleaseDatabase(database);
-        }
-    }
-    std::string Rows(const std::string& sql)
-    {
-        return RunProgram({ROWKEEPER_BINARY, "--query-tab", path, sql}).out;
-    }
+    std::string Rows(const std::string& sql) { return Rowkeeper({"--query-tab", path, sql}).out; }
     static QLineEdit* Edit(SQLiteRowDialog& dialog, int line)
     {
         return qobject_cast<QLineEdit*>(dialog.GetLine(line)->GetControlWindow());
@@ -48,7 +35,7 @@ protected:
 
     TempDir dir;
     std::string path;
-    ZT_SQLiteDatabase* database = nullptr;
+    DatabaseHandle database;
     SQLiteParameters parameters;
 };
 
@@ -59,7 +46,7 @@ TEST_P(RowDialog, PagesThroughRowsAndAppendsPastTheLast)
 {
     Open(threeRows);
     SQLiteParameterSet set = parameters.LoadRow(*database, "t", "");
-    SQLiteRowDialog dialog(database, &set, nullptr, nullptr);
+    SQLiteRowDialog dialog(database.get(), &set, nullptr, nullptr);
     ASSERT_EQ(dialog.GetKeyCount(), 3);
     EXPECT_TRUE(dialog.CanAppend());
     std::vector<std::string> seen;
@@ -80,8 +67,8 @@ TEST_P(RowDialog, OnlyChangedRowsAreWrittenAndTheRowOnScreenNotOnClose)
 {
     Open(threeRows);
     SQLiteParameterSet set = parameters.LoadRow(*database, "t", "");
-    SQLiteRowDialog dialog(database, &set, nullptr, nullptr);
-    TraceCollector trace;
+    SQLiteRowDialog dialog(database.get(), &set, nullptr, nullptr);
+    MessageCapture trace;
     int updatesBeforeEdit = -1;
     PlayWhenShown({[&] { dialog.GetButton(SQLiteRowDialog::idNext)->click(); },
                    [&] { dialog.GetButton(SQLiteRowDialog::idPrevious)->click(); },
@@ -100,12 +87,11 @@ TEST_P(RowDialog, OkSavesTheRowOnScreen)
 {
     Open(threeRows);
     SQLiteParameterSet set = parameters.LoadRow(*database, "t", "");
-    SQLiteRowDialog dialog(database, &set, nullptr, nullptr);
+    SQLiteRowDialog dialog(database.get(), &set, nullptr, nullptr);
     PlayWhenShown({[&] { dialog.GetButton(SQLiteRowDialog::idNext)->click(); },
                    [&] { Edit(dialog, 1)->setText("50%% off, 10% o"); },
                    [&] { dialog.GetButton(SQLiteRowDialog::idOk)->click(); }});
     dialog.RunModal();
-    fprintf(stderr, "%s", RunProgram({ROWKEEPER_BINARY, "--query-tab", path, "SELECT * FROM t"}).err.c_str());
     EXPECT_EQ(Rows("SELECT id, name FROM t WHERE id = 2"), "2\t50% off, 10\n")
         << "values go through the format engine on their way to the database";
 }
@@ -115,7 +101,7 @@ TEST_P(RowDialog, WithoutAnIntegerKeyTheLastRowEndsPaging)
     Open("CREATE TABLE t(id INT PRIMARY KEY, name TEXT); INSERT INTO t VALUES(1, 'a'); "
          "INSERT INTO t VALUES(2, 'b')");
     SQLiteParameterSet set = parameters.LoadRow(*database, "t", "");
-    SQLiteRowDialog dialog(database, &set, nullptr, nullptr);
+    SQLiteRowDialog dialog(database.get(), &set, nullptr, nullptr);
     EXPECT_FALSE(dialog.CanAppend());
     std::string atEnd;
     PlayWhenShown({[&] { dialog.GetButton(SQLiteRowDialog::idNext)->click(); },
@@ -132,7 +118,7 @@ TEST_P(RowDialog, CaptionCountsAllRows)
         sql += "INSERT INTO people(name) VALUES('p" + std::to_string(i) + "');";
     Open(sql);
     SQLiteParameterSet set = parameters.LoadRow(*database, "people", "");
-    SQLiteRowDialog dialog(database, &set, nullptr, nullptr);
+    SQLiteRowDialog dialog(database.get(), &set, nullptr, nullptr);
     std::string caption;
     PlayWhenShown({[&] { dialog.GetButton(SQLiteRowDialog::idNext)->click(); },
                    [&] { dialog.GetButton(SQLiteRowDialog::idNext)->click(); },
@@ -146,7 +132,7 @@ TEST_P(RowDialog, WhereTextRestrictsTheReachableRows)
 {
     Open(threeRows);
     SQLiteParameterSet set = parameters.LoadRow(*database, "t", "");
-    SQLiteRowDialog dialog(database, &set, "id >= 2", "id DESC");
+    SQLiteRowDialog dialog(database.get(), &set, "id >= 2", "id DESC");
     ASSERT_EQ(dialog.GetKeyCount(), 2);
     std::string first;
     PlayWhenShown({[&] { first = Edit(dialog, 1)->text().toStdString(); }, [&] { dialog.close(); }});
@@ -158,8 +144,8 @@ TEST_P(RowDialog, SeveralKeysLeaveTheLinesAsBuilt)
 {
     Open("CREATE TABLE t(id INTEGER PRIMARY KEY, code TEXT UNIQUE, name TEXT); INSERT INTO t VALUES(1, 'x', 'a')");
     SQLiteParameterSet set = parameters.LoadRow(*database, "t", "");
-    SQLiteRowDialog dialog(database, &set, nullptr, nullptr);
-    TraceCollector trace;
+    SQLiteRowDialog dialog(database.get(), &set, nullptr, nullptr);
+    MessageCapture trace;
     std::string state;
     PlayWhenShown({[&] { state = State(dialog); }, [&] { dialog.GetButton(SQLiteRowDialog::idOk)->click(); }});
     dialog.RunModal();

@@ -1,5 +1,5 @@
+#include "MessageCapture.h"
 #include "sqlite/zt_tableinfo.h"
-#include "zttl/zt_report.h"
 
 #include <gtest/gtest.h>
 
@@ -20,23 +20,22 @@ std::string Columns(const ZT_TableInfo& table)
     return text;
 }
 
-std::vector<std::string> traced;
-void Collect(const char* line) { traced.push_back(line); }
-
 } // namespace
 
 TEST(ParseCreateTable, TypesKeysAndTrace)
 {
-    traced.clear();
-    ZT_MessageSink previous = ZT_SetMessageSink(Collect);
-    Table table(ParseCreateTable(
-        "CREATE TABLE t(id INTEGER PRIMARY KEY, name TEXT, price REAL, born DATE, at DATETIME, note)", 255));
-    ZT_SetMessageSink(previous);
+    Table table;
+    {
+        MessageCapture capture;
+        table.reset(ParseCreateTable(
+            "CREATE TABLE t(id INTEGER PRIMARY KEY, name TEXT, price REAL, born DATE, at DATETIME, note)", 255));
+    }
     ASSERT_NE(table, nullptr);
     EXPECT_STREQ(table->GetTableName(), "t");
     EXPECT_EQ(table->GetType(), columnTable);
     EXPECT_EQ(Columns(*table), "id:255 name:3 price:4 born:12 at:14 note:3");
     EXPECT_STREQ(table->GetColumn(1)->GetDescription(), "auto generated");
+    const std::vector<std::string>& traced = MessageCapture::Lines();
     ASSERT_GE(traced.size(), 2u);
     EXPECT_EQ(traced[0], "COLUMN DEF == id INTEGER PRIMARY KEY\n");
     EXPECT_EQ(traced[1], "COLUMN DEF == name TEXT\n");

@@ -1,25 +1,15 @@
-#include "RunProgram.h"
+#include "DatabaseFile.h"
+#include "MessageCapture.h"
+#include "Rowkeeper.h"
 #include "TempDir.h"
 #include "sqlite/SQLBuilders.h"
 #include "sqlite/SQLiteParameters.h"
-#include "zttl/zt_report.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace {
-
-std::vector<std::string> traced;
-void Collect(const char* line) { traced.push_back(line); }
-
-bool WasTraced(const std::string& line)
-{
-    return std::find(traced.begin(), traced.end(), line) != traced.end();
-}
 
 std::string Value(SQLiteParameterSet& set, const char* name)
 {
@@ -39,29 +29,18 @@ protected:
     void SetUp() override
     {
         path = dir.File("people.db");
-        ZT_SQLiteDatabase* created = CreateDatabase(path.c_str(), GetParam());
-        ASSERT_TRUE(created->ExecuteFormat("CREATE TABLE people(id INTEGER PRIMARY KEY, name TEXT, weight REAL, "
-                                           "born DATE, active BOOLEAN, note); "
-                                           "INSERT INTO people(name) VALUES('first')"));
-        created->Close();
-        ReleaseDatabase(created);
-        database = OpenDatabase(path.c_str());
+        database = CreateAndReopen(path, GetParam(),
+                                   "CREATE TABLE people(id INTEGER PRIMARY KEY, name TEXT, weight REAL, "
+                                   "born DATE, active BOOLEAN, note); "
+                                   "INSERT INTO people(name) VALUES('first')");
         ASSERT_NE(database, nullptr);
         ASSERT_EQ(database->Version(), double(GetParam()));
     }
-    void TearDown() override
-    {
-        database->Close();
-        ReleaseDatabase(database);
-    }
-    std::string QueryTab(const std::string& sql)
-    {
-        return RunProgram({ROWKEEPER_BINARY, "--query-tab", path, sql}).out;
-    }
+    std::string QueryTab(const std::string& sql) { return Rowkeeper({"--query-tab", path, sql}).out; }
 
     TempDir dir;
     std::string path;
-    ZT_SQLiteDatabase* database = nullptr;
+    DatabaseHandle database;
     SQLiteParameters parameters;
 };
 
@@ -94,11 +73,9 @@ TEST_P(TableSet, InsertLoadUpdateRoundTrip)
     SetText(fresh, "note", "50%% off");
     ASSERT_TRUE(parameters.InsertRow(*database, fresh, 0)) << database->GetError();
 
-    traced.clear();
-    ZT_MessageSink previous = ZT_SetMessageSink(Collect);
+    MessageCapture capture;
     SQLiteParameterSet loaded = parameters.LoadRow(*database, "people", "  name='Ann'  ");
-    ZT_SetMessageSink(previous);
-    EXPECT_TRUE(WasTraced("SELECT id, name, weight, born, active, note FROM people WHERE name='Ann';\n"));
+    EXPECT_TRUE(capture.Has("SELECT id, name, weight, born, active, note FROM people WHERE name='Ann';\n"));
     EXPECT_EQ(Value(loaded, "id"), "2");
     EXPECT_EQ(Value(loaded, "note"), "50% off") << "%% reached the database as %";
     EXPECT_EQ(Value(loaded, "weight"), "61.5");
@@ -112,11 +89,9 @@ TEST_P(TableSet, InsertLoadUpdateRoundTrip)
 
 TEST_P(TableSet, EmptyWhereTakesTheFirstRowAndNoMatchLeavesEmptyTexts)
 {
-    traced.clear();
-    ZT_MessageSink previous = ZT_SetMessageSink(Collect);
+    MessageCapture capture;
     SQLiteParameterSet first = parameters.LoadRow(*database, "people", "   ");
-    ZT_SetMessageSink(previous);
-    EXPECT_TRUE(WasTraced("SELECT id, name, weight, born, active, note FROM people LIMIT 1;\n"));
+    EXPECT_TRUE(capture.Has("SELECT id, name, weight, born, active, note FROM people LIMIT 1;\n"));
     EXPECT_EQ(Value(first, "name"), "first");
 
     SQLiteParameterSet none("people");
