@@ -186,7 +186,7 @@ void SQLiteRowDialog::resizeEvent(QResizeEvent* event)
 void SQLiteRowDialog::TransferRow(bool store)
 {
     if (keyCount != 1) {
-        ZT_Assert(false, "include/sqlite/SQLiteRowDialog", __LINE__);
+        ZT_Assert(false, "include/sqlite/SQLiteRowDialog", 189); // a fixed number, like every check
         return;
     }
     const char* key = keys.GetAt(current).text;

@@ -8,7 +8,9 @@ struct sqlite_vm;
 // The back end over our SQLite 2.x engine.
 class ZT_SQLite2Database final : public ZT_SQLiteDatabase {
 public:
+    // Opens or creates the file at once; check IsOpen or GetError.
     explicit ZT_SQLite2Database(const char* file);
+    // Closes the connection (unless keepOpen holds it).
     ~ZT_SQLite2Database();
 
     double Version() override { return 2.0; }
@@ -18,6 +20,8 @@ public:
     bool Open() override;
     void OnCreated() override {}
     bool Close() override;
+    // "DETACH DATABASE attachName"; the object attached under that name loses the
+    // shared connection without closing it. False when SQLite refuses.
     bool Detach(const char* attachName);
 
 protected:
@@ -25,6 +29,8 @@ protected:
 
 private:
     sqlite* Handle() const { return static_cast<sqlite*>(handle); }
+    // The compiled first statement of sql, or null (reported).
     sqlite_vm* Prepare(const char* sql);
+    // Takes over a message the library allocated: keeps its text and frees it.
     void TakeError(char* message);
 };

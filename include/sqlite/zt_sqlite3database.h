@@ -8,7 +8,9 @@ struct sqlite3_stmt;
 // The back end over the SQLite 3 library.
 class ZT_SQLite3Database final : public ZT_SQLiteDatabase {
 public:
+    // Opens or creates the file at once; check IsOpen or GetError.
     explicit ZT_SQLite3Database(const char* file);
+    // Closes the connection (unless keepOpen holds it).
     ~ZT_SQLite3Database();
 
     double Version() override { return 3.0; }
@@ -24,7 +26,9 @@ protected:
 
 private:
     sqlite3* Handle() const { return static_cast<sqlite3*>(handle); }
+    // The prepared first statement of sql, or null; a statement that does not
+    // compile is not reported here.
     sqlite3_stmt* Prepare(const char* sql);
-    // Takes over a message the library allocated.
+    // Takes over a message the library allocated: keeps its text and frees it.
     void TakeError(char* message);
 };
