@@ -14,8 +14,10 @@ struct DialogGeometry {
     int height = 0;     // H: the client height the lines are planned for
     QPoint position;    // top left of the frame
 
+    // The geometry for parameterCount lines of lineStep pixels each.
     static DialogGeometry For(int parameterCount, int lineStep);
 
-    // The band along the bottom for buttons, a quarter of its width each.
+    // The band along the bottom for buttons, one line step high inside the
+    // margin; the dialogs give each button a quarter of its width.
     static LineRect ButtonBand(int clientWidth, int clientHeight, int margin, int lineStep);
 };

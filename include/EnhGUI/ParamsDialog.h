@@ -14,27 +14,38 @@ class ZT_ParameterGroup;
 // parameter and OK/Cancel along the bottom. Only OK changes the set.
 class ParamsDialog : public QDialog, public ParamLines {
 public:
+    // set is not owned and must outlive the dialog. An empty title takes the
+    // set's name, and without one "Dialog".
     ParamsDialog(ZT_ParameterGroup& set, const char* title, void* unused);
     ~ParamsDialog() override;
 
     // 1 after OK, 0 after Cancel or closing, -1 when the window cannot be made.
     virtual int RunModal();
+    // Builds the lines and the buttons and shows the window; false when the
+    // lines cannot be built.
     virtual bool CreateDialogWindow(QWidget* parentWindow);
+    // Gives the line the dialog's font and any layout override first.
     bool AddLine(ParamLine* line, const char* label, const char* hint) override;
+    // Same as RunModal.
     int exec() override { return RunModal(); }
 
     // Every line split in halves, whatever its kind prefers.
     void SetHalvesLayout() { layoutOverride = 0; }
 
+    // The buttons, null before the window exists.
     QPushButton* GetOkButton() const { return okButton; }
     QPushButton* GetCancelButton() const { return cancelButton; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    // The close box and Escape end the dialog as Cancel does, storing nothing.
     void closeEvent(QCloseEvent* event) override;
     void reject() override;
     void OnControlClicked(int id) override;
+    // 1 stores the lines into the set and closes, 2 closes; false for other ids.
     virtual bool OnCommand(int id);
+    // Passes a click to the line at id - FirstControlId: lines are found by
+    // position, so a line without an id before it shifts the match.
     void OnParamCommand(int id);
 
 private:

@@ -6,12 +6,16 @@
 // selected path in the status line.
 class ShellBrowseDestination : public ShellBrowser {
 public:
+    // Titled "Browse for Folder" until SetTitle changes it; the resource id is
+    // not used.
     ShellBrowseDestination(QWidget* owner, int titleResourceId);
     ~ShellBrowseDestination() override = default;
 
+    // The folder selected and shown in the status line when the chooser opens.
     void SetStartFolder(const char* folder) { startFolder = folder; }
 
 protected:
+    // Selects the start folder; each new selection goes to the status line.
     void OnInitialized() override;
     void OnSelChanged(const char* folder) override;
 
