@@ -9,8 +9,8 @@ int GetPackedTable(sqlite3* db, const char* sql, char*** result, int* rows, int*
     *columns = 0;
     if (errorMessage)
         *errorMessage = nullptr;
-    sqlite2::PackedTableBuilder builder("sqlite3_get_table() called with two or more incompatible queries");
-    int rc = sqlite3_exec(db, sql, sqlite2::PackedTableBuilder::Collect, &builder, errorMessage);
+    ZT_PackedTableBuilder builder("sqlite3_get_table() called with two or more incompatible queries");
+    int rc = sqlite3_exec(db, sql, ZT_PackedTableBuilder::Collect, &builder, errorMessage);
     if (rc != SQLITE_OK && !builder.Failure())
         return rc;
     *result = builder.Finish();

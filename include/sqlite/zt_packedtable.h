@@ -1,6 +1,6 @@
 #pragma once
 
-#include "packed_table.h"
+#include "sqlite/zt_packedtablebuilder.h"
 
 struct sqlite3;
 
@@ -9,5 +9,5 @@ struct sqlite3;
 // "incompatible queries" error, empty_result_callbacks honoured), but with
 // all texts packed into one block instead of one allocation per value:
 // big results take less memory and far fewer allocations.
-// The array is released with sqlite2::FreePackedTable, never sqlite3_free_table.
+// The array is released with ZT_FreePackedTable, never sqlite3_free_table.
 int GetPackedTable(sqlite3* db, const char* sql, char*** result, int* rows, int* columns, char** errorMessage);

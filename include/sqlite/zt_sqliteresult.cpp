@@ -33,7 +33,7 @@ ZT_SQLiteResult::~ZT_SQLiteResult()
 void ZT_SQLite3Result::FreeTable()
 {
     if (table) {
-        sqlite2::FreePackedTable(table);
+        ZT_FreePackedTable(table);
         table = nullptr;
     }
 }

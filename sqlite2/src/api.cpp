@@ -2,7 +2,7 @@
 #include "sqlite.h"
 
 #include "database.h"
-#include "packed_table.h"
+#include "sqlite/zt_packedtablebuilder.h"
 #include "sql_tokens.h"
 #include "value_rules.h"
 
@@ -184,9 +184,9 @@ int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int
     if (!db || !sql || !result)
         return SQLITE_MISUSE;
     *result = nullptr;
-    sqlite2::PackedTableBuilder table("sqlite_get_table() called with two or more incompatible queries");
+    ZT_PackedTableBuilder table("sqlite_get_table() called with two or more incompatible queries");
     const char* failed = sql;
-    sqlite2::Status status = ExecuteEachStatement(db, sql, sqlite2::PackedTableBuilder::Collect, &table, failed);
+    sqlite2::Status status = ExecuteEachStatement(db, sql, ZT_PackedTableBuilder::Collect, &table, failed);
     if (status || table.Failure())
         *result = table.Finish();
     if (const char* failure = table.Failure())
@@ -202,7 +202,7 @@ int sqlite_get_table(sqlite* db, const char* sql, char*** result, int* nrow, int
 
 void sqlite_free_table(char** result)
 {
-    sqlite2::FreePackedTable(result);
+    ZT_FreePackedTable(result);
 }
 
 int sqlite_compile(sqlite* db, const char* sql, const char** tail, sqlite_vm** vm, char** errmsg)

@@ -73,7 +73,7 @@ TEST(PackedTable, AnswersAsGetTableDoes)
         Answer reference = Ask(db, sql, sqlite3_get_table, sqlite3_free_table);
         // Undo the statements' effects so that both readers see the same database.
         sqlite3_exec(db, "DROP TABLE IF EXISTS u", nullptr, nullptr, nullptr);
-        Answer packed = Ask(db, sql, GetPackedTable, sqlite2::FreePackedTable);
+        Answer packed = Ask(db, sql, GetPackedTable, ZT_FreePackedTable);
         sqlite3_exec(db, "DROP TABLE IF EXISTS u", nullptr, nullptr, nullptr);
         EXPECT_EQ(packed, reference) << sql;
     }

@@ -4,18 +4,17 @@
 // generations' get_table follow: the column names once, while no row has
 // come yet (so again for each statement without rows), then the values of
 // every row of every statement, all statements alike in width. All texts are
-// packed into one block instead of one allocation per value.
+// packed into one block instead of one allocation per value. The 3.x back end
+// and the 2.x engine both build their results here.
 #include <cstddef>
 #include <cstdint>
 
-namespace sqlite2 {
-
-class PackedTableBuilder {
+class ZT_PackedTableBuilder {
 public:
-    explicit PackedTableBuilder(const char* incompatibleMessage) : incompatibleMessage(incompatibleMessage) {}
-    PackedTableBuilder(const PackedTableBuilder&) = delete;
-    PackedTableBuilder& operator=(const PackedTableBuilder&) = delete;
-    ~PackedTableBuilder();
+    explicit ZT_PackedTableBuilder(const char* incompatibleMessage) : incompatibleMessage(incompatibleMessage) {}
+    ZT_PackedTableBuilder(const ZT_PackedTableBuilder&) = delete;
+    ZT_PackedTableBuilder& operator=(const ZT_PackedTableBuilder&) = delete;
+    ~ZT_PackedTableBuilder();
 
     // The exec callback; the builder is its context.
     static int Collect(void* context, int count, char** values, char** names);
@@ -46,7 +45,6 @@ private:
     bool failed = false;
 };
 
-// Frees an array made by PackedTableBuilder.
-void FreePackedTable(char** result);
+// Frees an array made by ZT_PackedTableBuilder.
+void ZT_FreePackedTable(char** result);
 
-} // namespace sqlite2

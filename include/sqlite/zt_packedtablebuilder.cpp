@@ -1,21 +1,19 @@
-#include "packed_table.h"
+#include "sqlite/zt_packedtablebuilder.h"
 
 #include <cstdlib>
 #include <cstring>
-
-namespace sqlite2 {
 
 namespace {
 constexpr uintptr_t nullEntry = UINTPTR_MAX;
 }
 
-PackedTableBuilder::~PackedTableBuilder()
+ZT_PackedTableBuilder::~ZT_PackedTableBuilder()
 {
     free(entries);
     free(texts);
 }
 
-bool PackedTableBuilder::ReserveEntries(size_t extra)
+bool ZT_PackedTableBuilder::ReserveEntries(size_t extra)
 {
     if (entryCount + extra <= entryCapacity)
         return true;
@@ -30,7 +28,7 @@ bool PackedTableBuilder::ReserveEntries(size_t extra)
     return true;
 }
 
-bool PackedTableBuilder::Add(const char* text)
+bool ZT_PackedTableBuilder::Add(const char* text)
 {
     if (!text) {
         entries[entryCount++] = nullEntry;
@@ -53,9 +51,9 @@ bool PackedTableBuilder::Add(const char* text)
     return true;
 }
 
-int PackedTableBuilder::Collect(void* context, int count, char** values, char** names)
+int ZT_PackedTableBuilder::Collect(void* context, int count, char** values, char** names)
 {
-    auto* builder = static_cast<PackedTableBuilder*>(context);
+    auto* builder = static_cast<ZT_PackedTableBuilder*>(context);
     const bool takeNames = builder->rows == 0;
     if (!takeNames && builder->columns != count) {
         builder->incompatible = true;
@@ -84,14 +82,14 @@ int PackedTableBuilder::Collect(void* context, int count, char** values, char** 
     return 0;
 }
 
-const char* PackedTableBuilder::Failure() const
+const char* ZT_PackedTableBuilder::Failure() const
 {
     if (failed)
         return "out of memory";
     return incompatible ? incompatibleMessage : nullptr;
 }
 
-char** PackedTableBuilder::Finish()
+char** ZT_PackedTableBuilder::Finish()
 {
     if (failed || incompatible)
         return nullptr;
@@ -109,7 +107,7 @@ char** PackedTableBuilder::Finish()
     return table + 1;
 }
 
-void FreePackedTable(char** result)
+void ZT_FreePackedTable(char** result)
 {
     if (!result)
         return;
@@ -117,4 +115,3 @@ void FreePackedTable(char** result)
     free(result - 1);
 }
 
-} // namespace sqlite2
