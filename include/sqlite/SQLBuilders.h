@@ -12,11 +12,11 @@
 ZT_String BuildSelect(const ZT_TableInfo& table);
 // "UPDATE t SET a=\"..\", .. WHERE k==\"..\" AND ..": key columns form the
 // condition, the others the assignments; values are trimmed but keep any
-// quotes of their own. Without key columns there is no WHERE part.
+// quotes of their own. Without key columns there is no WHERE clause.
 ZT_String BuildUpdate(ZT_ParameterGroup& set);
 // "INSERT INTO t (a, b) VALUES(\"..\", \"..\")", each value trimmed and
-// stripped of one pair of quotes; just "INSERT INTO t" when no column takes
-// part. Key columns are left to the database unless flags has writeKeyColumns.
+// stripped of one pair of quotes; just "INSERT INTO t" when no column is
+// written. Key columns are left to the database unless flags has writeKeyColumns.
 ZT_String BuildInsert(ZT_ParameterGroup& set, int flags);
 // "CREATE TABLE t", followed by "()" when any column is bound: the column list
 // itself is never written, and nothing relies on it.

@@ -60,12 +60,12 @@ public:
     // Fills set from the first row that matches where (a condition without
     // "WHERE"; empty takes the first row of the table), every value as text;
     // a missing row gives empty texts. The statement goes through the format
-    // engine once more, so a '%' in where is read as a format spec. False for
+    // engine once more, so a '%' in where is read as a format directive. False for
     // an unknown table or a failed query, leaving the set as it was.
     bool ReadRow(SQLiteParameterSet& set, ZT_SQLiteDatabase& db, const char* name, const char* where);
     // Writes the set with BuildUpdate or BuildInsert; flags only matter for the
     // insert. The statement goes through the format engine once more, so a '%' in
-    // a value is read as a format spec. False when SQLite refuses it.
+    // a value is read as a format directive. False when SQLite refuses it.
     bool UpdateRow(ZT_SQLiteDatabase& db, SQLiteParameterSet& set, int flags);
     bool InsertRow(ZT_SQLiteDatabase& db, SQLiteParameterSet& set, int flags);
 

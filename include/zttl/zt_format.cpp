@@ -83,7 +83,7 @@ enum SignMode { signNone = 0, signBlank = 1, signPlus = 3 };
 
 // What one "%..." says besides its conversion character. The pad character
 // is not part of it: a flag that sets it holds for the rest of the call.
-struct FormatSpec {
+struct FormatDirective {
     int width = -1; // -1: none given
     int precision = 0;
     int mode = signNone; // '-' asks for a blank sign, '+' for a plus; either left-aligns %s
@@ -102,17 +102,17 @@ int ParseBoundedNumber(const char*& p)
 
 // The flags in the only order understood: an optional blank, '-' or '+',
 // and another optional blank. A blank makes the pad a blank.
-const char* ParseFlags(const char* p, FormatSpec& spec, char& pad)
+const char* ParseFlags(const char* p, FormatDirective& directive, char& pad)
 {
     if (*p == ' ') {
         pad = ' ';
         ++p;
     }
     if (*p == '-') {
-        spec.mode = signBlank;
+        directive.mode = signBlank;
         ++p;
     } else if (*p == '+') {
-        spec.mode = signPlus;
+        directive.mode = signPlus;
         ++p;
     }
     if (*p == ' ') {
@@ -123,50 +123,50 @@ const char* ParseFlags(const char* p, FormatSpec& spec, char& pad)
 }
 
 // A width that starts with '0' also makes the pad a '0'.
-const char* ParseWidth(const char* p, FormatSpec& spec, char& pad)
+const char* ParseWidth(const char* p, FormatDirective& directive, char& pad)
 {
     if (*p >= '0' && *p <= '9') {
         if (*p == '0')
             pad = '0';
-        spec.width = ParseBoundedNumber(p);
+        directive.width = ParseBoundedNumber(p);
     }
     return p;
 }
 
 // "." alone is a precision of 0.
-const char* ParsePrecision(const char* p, FormatSpec& spec)
+const char* ParsePrecision(const char* p, FormatDirective& directive)
 {
     if (*p == '.') {
         ++p;
-        spec.precision = ParseBoundedNumber(p);
+        directive.precision = ParseBoundedNumber(p);
     }
     return p;
 }
 
 // Everything between the '%' and the conversion character.
-const char* ParseHeader(const char* p, FormatSpec& spec, char& pad)
+const char* ParseHeader(const char* p, FormatDirective& directive, char& pad)
 {
-    p = ParseFlags(p, spec, pad);
-    p = ParseWidth(p, spec, pad);
-    return ParsePrecision(p, spec);
+    p = ParseFlags(p, directive, pad);
+    p = ParseWidth(p, directive, pad);
+    return ParsePrecision(p, directive);
 }
 
-void AppendPaddedText(ZT_String& out, const char* text, const FormatSpec& spec)
+void AppendPaddedText(ZT_String& out, const char* text, const FormatDirective& directive)
 {
-    if (spec.width < 1) {
+    if (directive.width < 1) {
         out.Append(text);
         return;
     }
     ZT_String cell(text);
-    cell.Truncate(spec.width);
-    PadTo(out, cell, spec.width, spec.mode != signNone);
+    cell.Truncate(directive.width);
+    PadTo(out, cell, directive.width, directive.mode != signNone);
 }
 
 // %S with its optional escaping letter; returns the position after the letter.
-const char* AppendEscapedText(ZT_String& out, const char* p, const FormatSpec& spec, ArgumentReader& reader)
+const char* AppendEscapedText(ZT_String& out, const char* p, const FormatDirective& directive, ArgumentReader& reader)
 {
     ZT_String text(reader.NextText());
-    text.Truncate(spec.width);
+    text.Truncate(directive.width);
     char modifier = *p;
     if (modifier)
         ++p;
@@ -206,7 +206,7 @@ const char* AppendTimeOfKind(ZT_String& out, const char* p, ArgumentReader& read
 
 // Performs the conversion at p; returns the position after it (and after
 // the letter that %S and %T take).
-const char* AppendConversion(ZT_String& out, const char* p, const FormatSpec& spec, char pad, ArgumentReader& reader)
+const char* AppendConversion(ZT_String& out, const char* p, const FormatDirective& directive, char pad, ArgumentReader& reader)
 {
     char conversion = *p++;
     switch (conversion) {
@@ -214,20 +214,20 @@ const char* AppendConversion(ZT_String& out, const char* p, const FormatSpec& sp
         out.AppendChar('%');
         break;
     case 'd':
-        out.AppendInt(reader.Next().AsInt(), spec.width < 1 ? -1 : spec.width);
+        out.AppendInt(reader.Next().AsInt(), directive.width < 1 ? -1 : directive.width);
         break;
     case 'u':
-        out.AppendInt(reader.Next().AsInt(), spec.width);
+        out.AppendInt(reader.Next().AsInt(), directive.width);
         break;
     case 'D': {
         ZT_String grouped;
         grouped.AppendGrouped(reader.Next().AsInt(), -1);
-        PadTo(out, grouped, spec.width, false);
+        PadTo(out, grouped, directive.width, false);
         break;
     }
     case 'x':
     case 'X':
-        out.AppendHex(reader.Next().AsUnsigned(), spec.width);
+        out.AppendHex(reader.Next().AsUnsigned(), directive.width);
         break;
     case 'c':
         // A NUL cannot be part of the text: a missing character appends nothing.
@@ -235,13 +235,13 @@ const char* AppendConversion(ZT_String& out, const char* p, const FormatSpec& sp
             out.AppendChar(c);
         break;
     case 'f':
-        out.AppendDouble(reader.Next().AsDouble(), spec.width, spec.precision, spec.mode, pad);
+        out.AppendDouble(reader.Next().AsDouble(), directive.width, directive.precision, directive.mode, pad);
         break;
     case 's':
-        AppendPaddedText(out, reader.NextText(), spec);
+        AppendPaddedText(out, reader.NextText(), directive);
         break;
     case 'S':
-        return AppendEscapedText(out, p, spec, reader);
+        return AppendEscapedText(out, p, directive, reader);
     case 'V':
         out.Append(reader.NextText());
         break;
@@ -274,11 +274,11 @@ ZT_String& ZT_String::FormatAppendArgs(const char* format, const ZT_FormatArg* a
         AppendBytes(plainStart, int(p - plainStart));
         if (!*p)
             break;
-        FormatSpec spec;
-        p = ParseHeader(p + 1, spec, pad);
+        FormatDirective directive;
+        p = ParseHeader(p + 1, directive, pad);
         if (!*p)
             break;
-        p = AppendConversion(*this, p, spec, pad, reader);
+        p = AppendConversion(*this, p, directive, pad, reader);
     }
     return *this;
 }

@@ -137,7 +137,7 @@ public:
             return FormatAppendArgs(format, list, int(sizeof...(A)));
         }
     }
-    // The format engine. A spec is '%', optional flags (one blank, then '-' or
+    // The format engine. A directive is '%', optional flags (one blank, then '-' or
     // '+', then another blank), a width, ".precision" and a conversion:
     //   %d %u  integer with exactly width digits (see AppendInt: %2d of 123 is "23")
     //   %D     integer grouped with '.', blank-padded on the left to width
@@ -147,12 +147,14 @@ public:
     //   %s     text cut to width (with "..") and blank-padded; left-aligned after
     //          '-' or '+'
     //   %S     text cut to width, then escaped by the next letter: h HTML entities,
-    //          c C escapes, f URL, q CSV quoting; any other letter is dropped
+    //          c C escapes, f URL, q CSV quoting; any other character after
+    //          %S is swallowed and the text is left as it is
     //   %V     text as is; %t a stamp (AppendTime); %% a '%'
     //   %T     a stamp by the next letter: l local date and time, m the same for
-    //          Unix time, s AppendDuration, x AppendClock, else AppendTime
+    //          Unix time, s AppendDuration, x AppendClock; any other
+    //          character is swallowed too and AppendTime used
     // A blank flag or a width starting with '0' sets the pad for the rest of the
-    // call, not just this spec. '*', '#' and length letters are not understood:
+    // call, not just this directive. '*', '#' and length letters are not understood:
     // an unknown conversion is reported and dropped without taking an argument.
     // A null format appends nothing.
     ZT_String& FormatAppendArgs(const char* format, const ZT_FormatArg* args, int count);

@@ -185,7 +185,7 @@ TEST(Format, OverlongWidthIsCapped)
     EXPECT_EQ(F("%99999999999d|%d", 5, 6), std::string(63, '0') + "5|6") << "the surplus digits are skipped";
 }
 
-TEST(Format, PercentSignsAndDanglingSpecs)
+TEST(Format, PercentSignsAndDanglingDirectives)
 {
     EXPECT_EQ(F("%%%d%%", 3), "%3%");
     EXPECT_EQ(F("%3%|%-%|"), "%|%|") << "flags and width before %% are read and ignored";
@@ -196,7 +196,7 @@ TEST(Format, PercentSignsAndDanglingSpecs)
 // Star widths, '#', length letters and a second sign flag are not understood:
 // the character is reported as an unknown conversion and dropped, takes no
 // argument, and what follows it is plain text.
-TEST(Format, UnsupportedSpecsAreDroppedWithoutTakingAnArgument)
+TEST(Format, UnsupportedDirectivesAreDroppedWithoutTakingAnArgument)
 {
     const struct {
         const char* format;
