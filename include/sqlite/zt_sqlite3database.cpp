@@ -5,22 +5,6 @@
 
 #include <sqlite3.h>
 
-namespace {
-
-// The program runs on one thread: the library's mutexes and its memory
-// statistics only cost time (a lock per allocation, several per row).
-void ConfigureLibraryOnce()
-{
-    static const bool configured = [] {
-        sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
-        sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
-        return true;
-    }();
-    (void)configured;
-}
-
-} // namespace
-
 ZT_SQLite3Database::ZT_SQLite3Database(const char* file) : ZT_SQLiteDatabase(file)
 {
     OpenOrCreate();
@@ -44,7 +28,6 @@ bool ZT_SQLite3Database::Open()
         return true;
     if (!StartOpening())
         return false;
-    ConfigureLibraryOnce();
     sqlite3* connection = nullptr;
     if (sqlite3_open(name, &connection) != 0) {
         if (connection)

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <sqlite3.h>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
@@ -34,6 +35,20 @@ std::vector<void*>& LeftToProcessEnd()
 {
     static auto* connections = new std::vector<void*>; // never destroyed, like the connections
     return *connections;
+}
+
+// The program runs on one thread: SQLite's mutexes and its memory
+// statistics only cost time (a lock per allocation, several per row). Both
+// generations need this, the 2.x engine evaluating on SQLite 3 as well, and
+// it must happen before SQLite's first use.
+void ConfigureLibraryOnce()
+{
+    static const bool configured = [] {
+        sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
+        sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+        return true;
+    }();
+    (void)configured;
 }
 
 } // namespace
@@ -65,6 +80,7 @@ bool ZT_SQLiteDatabase::StartOpening()
 {
     ClearError();
     keepOpen = false;
+    ConfigureLibraryOnce();
     if (NameIsUsable())
         return true;
     SetError(notOpenMessage);

@@ -105,7 +105,10 @@ Status Database::RebuildConnection()
     if (connection)
         sqlite3_close_v2(connection);
     connection = nullptr;
-    if (sqlite3_open(":memory:", &connection) != SQLITE_OK)
+    // The connection is this object's alone and is never shared between
+    // threads: its mutex would only cost a lock per call, several per value.
+    if (sqlite3_open_v2(":memory:", &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
+                        nullptr) != SQLITE_OK)
         return {kNoMemory, "out of memory"};
     Install28Rules(connection);
     RegisterTableModule(connection, this);
