@@ -2,12 +2,22 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <vector>
 
-TempDir::TempDir()
+TempDir::TempDir(Place place)
 {
-    std::string pattern = (std::filesystem::temp_directory_path() / "rowkeeper-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()))
-        path = pattern;
+    std::error_code error;
+    std::vector<std::filesystem::path> bases;
+    if (place == Place::MemoryWhenPossible)
+        bases.push_back("/dev/shm");
+    bases.push_back(std::filesystem::temp_directory_path(error));
+    for (const std::filesystem::path& base : bases) {
+        std::string pattern = (base / "rowkeeper-test-XXXXXX").string();
+        if (!base.empty() && mkdtemp(pattern.data())) {
+            path = pattern;
+            return;
+        }
+    }
 }
 
 TempDir::~TempDir()

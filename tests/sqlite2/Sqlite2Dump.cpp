@@ -2,8 +2,6 @@
 
 #include "index_key.h"
 
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 std::vector<std::vector<std::string>> Query(sqlite* db, const std::string& sql)
@@ -91,15 +89,4 @@ std::string Dump(sqlite* db)
         sqlite_finalize(vm, nullptr);
     }
     return text + "COMMIT;\n";
-}
-
-std::string ReadWholeFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
-void CopyFile(const std::string& from, const std::string& to)
-{
-    std::ofstream(to, std::ios::binary) << ReadWholeFile(from);
 }

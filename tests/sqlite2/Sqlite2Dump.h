@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TestFiles.h"
 #include "sqlite.h"
 
 #include <string>
@@ -11,5 +12,3 @@ std::vector<std::vector<std::string>> Query(sqlite* db, const std::string& sql);
 std::string TableRows(sqlite* db);
 // The shell's .dump: tables with their rows, then views, indexes and triggers.
 std::string Dump(sqlite* db);
-std::string ReadWholeFile(const std::string& path);
-void CopyFile(const std::string& from, const std::string& to);

@@ -3,23 +3,17 @@
 // 2.8's message, leaving the file as it was.
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <filesystem>
 #include <functional>
 
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
-
-std::string PersonCopy(const TempDir& dir)
-{
-    const std::string path = dir.File("person.db");
-    CopyFile(std::string(FIXTURES_DIR) + "/person.db", path);
-    return path;
-}
 
 int Exec(sqlite* db, const std::string& sql, std::string* message = nullptr)
 {
@@ -68,15 +62,34 @@ private:
     pid_t child = -1;
 };
 
+// Our connection to a copy of the person fixture, which other programs join.
+class Sqlite2Concurrency : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        path = CopyOfFixture(dir, "person");
+        before = ReadWholeFile(path);
+        ours = sqlite_open(path.c_str(), 0, nullptr);
+        ASSERT_NE(ours, nullptr);
+    }
+    void TearDown() override
+    {
+        if (ours)
+            sqlite_close(ours);
+    }
+
+    TempDir dir;
+    std::string path;
+    std::string before; // the file's bytes before any change
+    sqlite* ours = nullptr;
+};
+
 } // namespace
 
-TEST(Sqlite2Concurrency, AChangeCommittedBetweenOurReadAndOurWriteSurvives)
+TEST_F(Sqlite2Concurrency, AChangeCommittedBetweenOurReadAndOurWriteSurvives)
 {
-    TempDir dir;
-    const std::string path = PersonCopy(dir);
-    sqlite* ours = sqlite_open(path.c_str(), 0, nullptr);
     sqlite* theirs = sqlite_open(path.c_str(), 0, nullptr);
-    ASSERT_TRUE(ours && theirs);
+    ASSERT_NE(theirs, nullptr);
     EXPECT_EQ(Query(ours, "SELECT name FROM person WHERE id = 5")[0][0], "Sam4");
     ASSERT_EQ(Exec(theirs, "UPDATE person SET name = 'Theirs' WHERE id = 5"), SQLITE_OK);
     ASSERT_EQ(Exec(ours, "UPDATE person SET name = 'Ours' WHERE id = 3"), SQLITE_OK);
@@ -85,29 +98,18 @@ TEST(Sqlite2Concurrency, AChangeCommittedBetweenOurReadAndOurWriteSurvives)
     // Their trigger's log row is kept too.
     EXPECT_EQ(Query(ours, "SELECT count(*) FROM person_log")[0][0], "3");
     sqlite_close(theirs);
-    sqlite_close(ours);
 }
 
-TEST(Sqlite2Concurrency, ASchemaChangedByAnotherProgramIsReadAgain)
+TEST_F(Sqlite2Concurrency, ASchemaChangedByAnotherProgramIsReadAgain)
 {
-    TempDir dir;
-    const std::string path = PersonCopy(dir);
-    sqlite* ours = sqlite_open(path.c_str(), 0, nullptr);
-    ASSERT_NE(ours, nullptr);
     {
         OtherProgram other([](sqlite* db) { Exec(db, "CREATE TABLE extra(x); INSERT INTO extra VALUES(42)"); }, path);
     }
     EXPECT_EQ(Query(ours, "SELECT x FROM extra")[0][0], "42");
-    sqlite_close(ours);
 }
 
-TEST(Sqlite2Concurrency, AWriterElsewhereMakesUsBusyAndTheFileStaysAsItWas)
+TEST_F(Sqlite2Concurrency, AWriterElsewhereMakesUsBusyAndTheFileStaysAsItWas)
 {
-    TempDir dir;
-    const std::string path = PersonCopy(dir);
-    const std::string before = ReadWholeFile(path);
-    sqlite* ours = sqlite_open(path.c_str(), 0, nullptr);
-    ASSERT_NE(ours, nullptr);
     {
         OtherProgram writer([](sqlite* db) { Exec(db, "BEGIN; UPDATE person SET name = 'x' WHERE id = 1"); }, path);
         std::string message;
@@ -119,16 +121,10 @@ TEST(Sqlite2Concurrency, AWriterElsewhereMakesUsBusyAndTheFileStaysAsItWas)
     }
     EXPECT_EQ(Query(ours, "SELECT count(*) FROM person")[0][0], "40") << "the lock is gone with the writer";
     EXPECT_EQ(ReadWholeFile(path), before) << "its transaction was never committed";
-    sqlite_close(ours);
 }
 
-TEST(Sqlite2Concurrency, AReaderElsewhereMakesOurWriteBusy)
+TEST_F(Sqlite2Concurrency, AReaderElsewhereMakesOurWriteBusy)
 {
-    TempDir dir;
-    const std::string path = PersonCopy(dir);
-    const std::string before = ReadWholeFile(path);
-    sqlite* ours = sqlite_open(path.c_str(), 0, nullptr);
-    ASSERT_NE(ours, nullptr);
     {
         OtherProgram reader([](sqlite* db) { Exec(db, "BEGIN; SELECT count(*) FROM person"); }, path);
         std::string message;
@@ -136,8 +132,7 @@ TEST(Sqlite2Concurrency, AReaderElsewhereMakesOurWriteBusy)
         EXPECT_EQ(Exec(ours, "UPDATE person SET name = 'y' WHERE id = 2", &message), SQLITE_BUSY);
         EXPECT_EQ(message, "database is locked");
         EXPECT_EQ(ReadWholeFile(path), before);
-        EXPECT_FALSE(std::ifstream(path + "-journal").good());
+        EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
     }
     EXPECT_EQ(Exec(ours, "UPDATE person SET name = 'y' WHERE id = 2"), SQLITE_OK);
-    sqlite_close(ours);
 }

@@ -1,5 +1,6 @@
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -7,11 +8,6 @@ namespace {
 
 const std::vector<std::string> fixtures = {"big", "decltypes", "dropped", "empty", "freepages", "keys", "overflow",
                                            "person", "swapped", "swapped_tree", "texts", "types"};
-
-std::string Fixture(const std::string& name, const std::string& suffix)
-{
-    return std::string(FIXTURES_DIR) + "/" + name + suffix;
-}
 
 // The schema rows as the file itself stores them (names of automatic
 // indexes and root pages included).
@@ -36,27 +32,27 @@ class Fixtures : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(Fixtures, SchemaRowsMatchTheGoldenFile)
 {
-    EXPECT_EQ(StoredSchemaRows(Fixture(GetParam(), ".db")), ReadWholeFile(Fixture(GetParam(), ".schema.txt")));
+    EXPECT_EQ(StoredSchemaRows(FixturePath(GetParam() + ".db")), ReadWholeFile(FixturePath(GetParam() + ".schema.txt")));
 }
 
 TEST_P(Fixtures, TableRowsMatchTheGoldenFile)
 {
     TempDir dir;
     std::string path = dir.File("copy.db");
-    CopyFile(Fixture(GetParam(), ".db"), path);
+    CopyFile(FixturePath(GetParam() + ".db"), path);
     char* error = nullptr;
     sqlite* db = sqlite_open(path.c_str(), 0, &error);
     ASSERT_NE(db, nullptr) << (error ? error : "");
-    EXPECT_EQ(TableRows(db), ReadWholeFile(Fixture(GetParam(), ".rows.txt")));
+    EXPECT_EQ(TableRows(db), ReadWholeFile(FixturePath(GetParam() + ".rows.txt")));
     sqlite_close(db);
-    EXPECT_EQ(ReadWholeFile(path), ReadWholeFile(Fixture(GetParam(), ".db"))) << "reading changes nothing";
+    EXPECT_EQ(ReadWholeFile(path), ReadWholeFile(FixturePath(GetParam() + ".db"))) << "reading changes nothing";
 }
 
 TEST(FixtureSchema, OriginalStatementsAreVisible)
 {
     TempDir dir;
     std::string path = dir.File("copy.db");
-    CopyFile(Fixture("person", ".db"), path);
+    CopyFile(FixturePath("person.db"), path);
     sqlite* db = sqlite_open(path.c_str(), 0, nullptr);
     ASSERT_NE(db, nullptr);
     auto rows = Query(db, "SELECT type, sql FROM sqlite_master WHERE name='person'");

@@ -2,6 +2,7 @@
 // mirror does once it holds the rows.
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -10,11 +11,6 @@
 namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
-
-std::string Fixture(const std::string& name)
-{
-    return std::string(FIXTURES_DIR) + "/" + name + ".db";
-}
 
 sqlite* OpenOrFail(const std::string& path)
 {
@@ -61,10 +57,10 @@ std::vector<std::string> ReadQueries(sqlite* db)
 
 TEST(Sqlite2Reader, ReadsInsideATransactionAnswerAsOutside)
 {
-    for (const char* name : {"person", "keys", "big", "overflow", "swapped", "swapped_tree", "types", "texts",
-                             "decltypes", "dropped", "freepages"}) {
-        sqlite* lazy = OpenOrFail(Fixture(name));
-        sqlite* full = OpenOrFail(Fixture(name));
+    for (const std::string name : {"person", "keys", "big", "overflow", "swapped", "swapped_tree", "types", "texts",
+                                   "decltypes", "dropped", "freepages"}) {
+        sqlite* lazy = OpenOrFail(FixturePath(name + ".db"));
+        sqlite* full = OpenOrFail(FixturePath(name + ".db"));
         ASSERT_TRUE(lazy && full);
         // Inside a transaction the lock and the cached pages are kept between statements.
         ASSERT_EQ(sqlite_exec(full, "BEGIN", nullptr, nullptr, nullptr), SQLITE_OK);
@@ -79,8 +75,7 @@ TEST(Sqlite2Reader, ReadsInsideATransactionAnswerAsOutside)
 TEST(Sqlite2Reader, AnOpenReadOutlivesAWriteOfTheSameConnection)
 {
     TempDir dir;
-    const std::string path = dir.File("person.db");
-    CopyFile(Fixture("person"), path);
+    const std::string path = CopyOfFixture(dir, "person");
     sqlite* db = OpenOrFail(path);
     ASSERT_NE(db, nullptr);
     const int before = std::stoi(Query(db, "SELECT count(*) FROM person")[0][0]);
@@ -105,8 +100,7 @@ TEST(Sqlite2Reader, AnOpenReadOutlivesAWriteOfTheSameConnection)
 TEST(Sqlite2Reader, DamagedTablePagesAreReportedWhenRead)
 {
     TempDir dir;
-    const std::string path = dir.File("person.db");
-    CopyFile(Fixture("person"), path);
+    const std::string path = CopyOfFixture(dir, "person");
     // person's root is page 3: its first cell offset now points outside the page.
     std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(2 * 1024 + 4);
@@ -130,7 +124,7 @@ TEST(Sqlite2Reader, DamagedTablePagesAreReportedWhenRead)
 
 TEST(Sqlite2GetTable, RowsOfEveryStatementInOneTableOfOneWidth)
 {
-    sqlite* db = OpenOrFail(Fixture("person"));
+    sqlite* db = OpenOrFail(FixturePath("person.db"));
     ASSERT_NE(db, nullptr);
     char** table = nullptr;
     int rows = 0;

@@ -1,17 +1,12 @@
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <random>
 
 namespace {
-
-std::string Fixture(const std::string& name)
-{
-    return std::string(FIXTURES_DIR) + "/" + name + ".db";
-}
 
 // Opens and reads everything; any answer is fine as long as nothing crashes.
 void ReadEverything(const std::string& path)
@@ -34,7 +29,7 @@ TEST(Sqlite2Robustness, RefusesFilesThatAreNoDatabase)
 {
     TempDir dir;
     std::string path = dir.File("text.db");
-    std::ofstream(path) << std::string(3000, 'x');
+    WriteWholeFile(path, std::string(3000, 'x'));
     char* error = nullptr;
     EXPECT_EQ(sqlite_open(path.c_str(), 0, &error), nullptr);
     ASSERT_NE(error, nullptr);
@@ -59,10 +54,10 @@ TEST(Sqlite2Robustness, TruncatedAndDamagedFilesNeverCrash)
     TempDir dir;
     std::mt19937 random(2026);
     for (const char* name : {"person", "overflow", "swapped_tree", "keys"}) {
-        const std::string original = ReadWholeFile(Fixture(name));
+        const std::string original = ReadWholeFile(FixturePath(std::string(name) + ".db"));
         for (size_t cut : {size_t(100), size_t(1024), size_t(1500), original.size() / 2}) {
             std::string path = dir.File("cut.db");
-            std::ofstream(path, std::ios::binary) << original.substr(0, cut);
+            WriteWholeFile(path, original.substr(0, cut));
             ReadEverything(path);
         }
         for (int round = 0; round < 60; ++round) {
@@ -70,7 +65,7 @@ TEST(Sqlite2Robustness, TruncatedAndDamagedFilesNeverCrash)
             for (int flips = 0; flips < 8; ++flips)
                 damaged[random() % damaged.size()] = char(random());
             std::string path = dir.File("damaged.db");
-            std::ofstream(path, std::ios::binary) << damaged;
+            WriteWholeFile(path, damaged);
             ReadEverything(path);
         }
     }
@@ -79,8 +74,7 @@ TEST(Sqlite2Robustness, TruncatedAndDamagedFilesNeverCrash)
 TEST(Sqlite2Robustness, HotJournalIsRolledBack)
 {
     TempDir dir;
-    std::string path = dir.File("person.db");
-    CopyFile(Fixture("person"), path);
+    const std::string path = CopyOfFixture(dir, "person");
     const std::string original = ReadWholeFile(path);
     sqlite* db = sqlite_open(path.c_str(), 0, nullptr);
     ASSERT_NE(db, nullptr);
@@ -98,7 +92,7 @@ TEST(Sqlite2Robustness, HotJournalIsRolledBack)
     journal += be32(pages) + be32(seed) + be32(pages);
     for (uint32_t page = 1; page <= pages; ++page)
         journal += be32(page) + original.substr((page - 1) * 1024, 1024) + be32(seed + page);
-    std::ofstream(path + "-journal", std::ios::binary) << journal;
+    WriteWholeFile(path + "-journal", journal);
 
     sqlite* reopened = sqlite_open(path.c_str(), 0, nullptr);
     ASSERT_NE(reopened, nullptr);

@@ -1,6 +1,7 @@
 #include "Sqlite2Checker.h"
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +9,7 @@ namespace {
 
 std::string ScenarioFile(const std::string& name, const std::string& suffix)
 {
-    return std::string(FIXTURES_DIR) + "/scenarios/" + name + suffix;
+    return FixturePath("scenarios/" + name + suffix);
 }
 
 std::string Trimmed(std::string text)
@@ -29,7 +30,7 @@ TEST_P(Scenarios, ProduceTheExpectedDump)
     std::string path = dir.File("scenario.db");
     std::string start = Trimmed(ReadWholeFile(ScenarioFile(name, ".start")));
     if (start != "new")
-        CopyFile(std::string(FIXTURES_DIR) + "/" + start, path);
+        CopyFile(FixturePath(start), path);
     const std::string before = ReadWholeFile(path);
 
     sqlite* db = sqlite_open(path.c_str(), 0, nullptr);

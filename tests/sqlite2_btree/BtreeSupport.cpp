@@ -3,7 +3,6 @@
 #include "Sqlite2Checker.h"
 
 #include <filesystem>
-#include <gtest/gtest.h>
 
 using namespace sqlite2;
 
@@ -182,14 +181,35 @@ std::string RowKey(int32_t rowid)
     return EncodeRowidKey(rowid);
 }
 
+std::string TextRecord(const std::string& text)
+{
+    return EncodeRecord({Value(text)});
+}
+
+::testing::AssertionResult InsertTextRows(Cursor& cursor, int count, const std::function<std::string(int)>& text)
+{
+    for (int i = 0; i < count; ++i) {
+        Status status = cursor.Insert(RowKey(i), TextRecord(text(i)));
+        if (!status)
+            return ::testing::AssertionFailure() << "row " << i << ": " << status.Message();
+    }
+    return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult DeleteEntry(Cursor& cursor, const std::string& key)
+{
+    bool found = false;
+    Status status = cursor.Seek(key, found);
+    if (status && !found)
+        return ::testing::AssertionFailure() << "no entry with the key";
+    if (status)
+        status = cursor.Delete();
+    if (!status)
+        return ::testing::AssertionFailure() << status.Message();
+    return ::testing::AssertionSuccess();
+}
+
 uint64_t FileSize(const std::string& path)
 {
     return std::filesystem::file_size(path);
-}
-
-void CopyFixture(const std::string& name, const std::string& to)
-{
-    std::filesystem::copy_file(std::string(FIXTURES_DIR) + "/" + name + ".db", to,
-                               std::filesystem::copy_options::overwrite_existing);
-    std::filesystem::permissions(to, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }

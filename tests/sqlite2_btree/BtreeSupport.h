@@ -5,6 +5,9 @@
 // of a tree with a std::map model.
 #include "btree.h"
 
+#include <gtest/gtest.h>
+
+#include <functional>
 #include <map>
 #include <optional>
 #include <random>
@@ -37,6 +40,16 @@ public:
 // keys and data no table could: the checker still walks every page of them,
 // only its complaint that their rows are no records is left out.
 std::vector<std::string> FileProblems(const std::string& path, const std::vector<std::string>& raw = {});
+// What FileProblems gives for a sound file.
+inline const std::vector<std::string> noProblems;
+
+// A record of one text column.
+std::string TextRecord(const std::string& text);
+// Inserts rows 0 to count - 1 through the cursor, row i holding TextRecord(text(i)).
+::testing::AssertionResult InsertTextRows(sqlite2::Cursor& cursor, int count,
+                                          const std::function<std::string(int)>& text);
+// Deletes the entry with this key, which must be in the tree.
+::testing::AssertionResult DeleteEntry(sqlite2::Cursor& cursor, const std::string& key);
 
 // Every entry of the tree in order, read forwards with Payload and
 // backwards with Key and Data.
@@ -52,4 +65,3 @@ std::string RandomText(std::mt19937& random, size_t length);
 size_t RandomLength(std::mt19937& random, size_t largest);
 std::string RowKey(int32_t rowid);
 uint64_t FileSize(const std::string& path);
-void CopyFixture(const std::string& name, const std::string& to);

@@ -2,20 +2,13 @@
 // a status (corruption, mostly) and never read or write outside their pages.
 #include "BtreeSupport.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 using namespace sqlite2;
 
 namespace {
-
-std::string ReadBytes(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
 
 // A few hundred steps of everything a cursor does; the statuses do not matter.
 void Exercise(BTree& tree, uint32_t root, std::mt19937& random)
@@ -59,14 +52,11 @@ TEST(BtreeDamaged, RandomBytesInTreePagesAreSurvived)
         std::mt19937 random(2);
         for (int i = 0; i < 1500; ++i)
             ASSERT_TRUE(cursor.Insert(RowKey(i * 2), std::string(RandomLength(random, 5000), 'c')));
-        for (int i = 0; i < 1500; i += 3) {
-            bool found = false;
-            ASSERT_TRUE(cursor.Seek(RowKey(i * 2), found));
-            ASSERT_TRUE(cursor.Delete());
-        }
+        for (int i = 0; i < 1500; i += 3)
+            ASSERT_TRUE(DeleteEntry(cursor, RowKey(i * 2)));
         db.Commit();
     }
-    const std::string original = ReadBytes(clean);
+    const std::string original = ReadWholeFile(clean);
     const size_t pages = original.size() / 1024;
     std::mt19937 random(31);
     for (int round = 0; round < 200; ++round) {
@@ -78,7 +68,7 @@ TEST(BtreeDamaged, RandomBytesInTreePagesAreSurvived)
             bytes[at] = char(random() % 3 ? random() : bytes[at] ^ (1 << (random() % 8)));
         }
         const std::string path = dir.File("damaged" + std::to_string(round) + ".db");
-        std::ofstream(path, std::ios::binary) << bytes;
+        WriteWholeFile(path, bytes);
         TestDb db(path);
         ASSERT_TRUE(db.pager.BeginWrite());
         Exercise(db.tree, root, random);

@@ -2,28 +2,14 @@
 // order and changes to the real fixture files.
 #include "BtreeSupport.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 #include "index_key.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 using namespace sqlite2;
 
 namespace {
-
-const std::vector<std::string> noProblems;
-
-std::string ReadBytes(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
-void WriteBytes(const std::string& path, const std::string& bytes)
-{
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
 
 int PagesThatDiffer(const std::string& before, const std::string& after)
 {
@@ -109,7 +95,7 @@ TEST(BtreeFile, NewFileGetsPageOneAndAnEmptySchema)
         EXPECT_FALSE(db.tree.IsEmpty());
         db.Commit();
     }
-    const std::string bytes = ReadBytes(path);
+    const std::string bytes = ReadWholeFile(path);
     ASSERT_EQ(bytes.size(), 2048u);
     EXPECT_EQ(bytes.substr(0, 48), std::string(magicText, 48));
     EXPECT_EQ(bytes.substr(48, 4), std::string("\x28\x75\xe3\xda", 4)) << "native order";
@@ -127,7 +113,7 @@ TEST(BtreeFile, OnePageFileKeepsPageTwoForTheSchema)
     std::string first(1024, '\0');
     first.replace(0, 48, magicText, 48);
     first.replace(48, 4, "\x28\x75\xe3\xda");
-    WriteBytes(path, first);
+    WriteWholeFile(path, first);
     TestDb db(path);
     ASSERT_FALSE(db.tree.IsEmpty());
     db.Begin();
@@ -141,7 +127,7 @@ TEST(BtreeFile, ReadHeaderRefusesOtherFiles)
 {
     TempDir dir;
     const std::string path = dir.File("other.db");
-    WriteBytes(path, std::string(2048, 'x'));
+    WriteWholeFile(path, std::string(2048, 'x'));
     {
         Pager pager;
         ASSERT_TRUE(pager.Open(path));
@@ -149,9 +135,9 @@ TEST(BtreeFile, ReadHeaderRefusesOtherFiles)
         BTree tree(pager);
         EXPECT_EQ(tree.ReadHeader().Code(), kNotADatabase);
     }
-    std::string bytes = ReadBytes(std::string(FIXTURES_DIR) + "/person.db");
+    std::string bytes = ReadWholeFile(FixturePath("person.db"));
     bytes[64] = 5; // file format 5
-    WriteBytes(path, bytes);
+    WriteWholeFile(path, bytes);
     Pager pager;
     ASSERT_TRUE(pager.Open(path));
     ASSERT_TRUE(pager.BeginRead());
@@ -173,8 +159,7 @@ TEST(BtreeFile, MetaValuesAreKept)
         EXPECT_FALSE(db.tree.SetMeta(52, 1)) << "the free list is the B-tree's own";
         uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
         Cursor cursor(db.tree, root);
-        for (int i = 0; i < 3000; ++i)
-            ASSERT_TRUE(cursor.Insert(RowKey(i), EncodeRecord({Value(std::string(i % 700, 'm'))})));
+        ASSERT_TRUE(InsertTextRows(cursor, 3000, [](int i) { return std::string(i % 700, 'm'); }));
         db.Commit();
     }
     TestDb db(path);
@@ -205,10 +190,7 @@ TEST(BtreeFile, DroppedTreeGoesToTheFreeListAndIsReused)
     db.Begin();
     ASSERT_TRUE(db.tree.DropTree(drop));
     Cursor schema(db.tree, 2);
-    bool found = false;
-    ASSERT_TRUE(schema.Seek(RowKey(2), found));
-    ASSERT_TRUE(found);
-    ASSERT_TRUE(schema.Delete());
+    ASSERT_TRUE(DeleteEntry(schema, RowKey(2)));
     db.Commit();
     EXPECT_EQ(FileProblems(path), noProblems);
     EXPECT_GT(db.tree.Meta(56), 600u) << "more than two trunk pages";
@@ -216,8 +198,7 @@ TEST(BtreeFile, DroppedTreeGoesToTheFreeListAndIsReused)
     db.Begin();
     uint32_t again = db.AddTable("again", "CREATE TABLE again(x)");
     Cursor refill(db.tree, again);
-    for (int i = 0; i < 1500; ++i)
-        ASSERT_TRUE(refill.Insert(RowKey(i), EncodeRecord({Value(std::string(random() % 3000, 'a'))})));
+    ASSERT_TRUE(InsertTextRows(refill, 1500, [&](int) { return std::string(random() % 3000, 'a'); }));
     db.Commit();
     EXPECT_LE(FileSize(path), size + 20 * 1024);
     EXPECT_EQ(FileProblems(path), noProblems);
@@ -231,8 +212,7 @@ TEST(BtreeFile, ClearedTreeKeepsItsRoot)
     db.Begin();
     const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
     Cursor cursor(db.tree, root);
-    for (int i = 0; i < 2000; ++i)
-        ASSERT_TRUE(cursor.Insert(RowKey(i), EncodeRecord({Value(std::string(i % 1500, 'c'))})));
+    ASSERT_TRUE(InsertTextRows(cursor, 2000, [](int i) { return std::string(i % 1500, 'c'); }));
     db.Commit();
     db.Begin();
     ASSERT_TRUE(db.tree.ClearTree(root));
@@ -247,8 +227,7 @@ TEST(BtreeFile, ClearedTreeKeepsItsRoot)
 TEST(BtreeFile, BigEndianFileKeepsItsOrder)
 {
     TempDir dir;
-    const std::string path = dir.File("swapped.db");
-    CopyFixture("swapped_tree", path);
+    const std::string path = CopyOfFixture(dir, "swapped_tree");
     TestDb db(path);
     ASSERT_TRUE(db.tree.Order().bigEndian);
     IndexedTable items{db.tree, db.RootOf("items"), db.RootOf("items_label"), 1, false};
@@ -265,7 +244,7 @@ TEST(BtreeFile, BigEndianFileKeepsItsOrder)
     }
     db.Commit();
     EXPECT_EQ(FileProblems(path), noProblems);
-    const std::string bytes = ReadBytes(path);
+    const std::string bytes = ReadWholeFile(path);
     EXPECT_EQ(bytes.substr(48, 4), std::string("\xda\xe3\x75\x28", 4));
     TestDb again(path);
     EXPECT_TRUE(again.tree.Order().bigEndian);
@@ -276,8 +255,7 @@ TEST(BtreeFile, BigEndianFileKeepsItsOrder)
 TEST(BtreeFile, FourLevelFixtureStaysSound)
 {
     TempDir dir;
-    const std::string path = dir.File("big.db");
-    CopyFixture("big", path);
+    const std::string path = CopyOfFixture(dir, "big");
     TestDb db(path);
     IndexedTable big{db.tree, db.RootOf("big"), db.RootOf("big_qty"), 2, true};
     ASSERT_NE(big.index, 0u);
@@ -301,14 +279,13 @@ TEST(BtreeFile, FourLevelFixtureStaysSound)
 TEST(BtreeFile, OneRowChangesOnlyAFewPages)
 {
     TempDir dir;
-    const std::string path = dir.File("big.db");
-    CopyFixture("big", path);
+    const std::string path = CopyOfFixture(dir, "big");
     TestDb db(path);
     IndexedTable big{db.tree, db.RootOf("big"), db.RootOf("big_qty"), 2, true};
-    std::string before = ReadBytes(path);
+    std::string before = ReadWholeFile(path);
     auto changed = [&] {
         db.Commit();
-        std::string after = ReadBytes(path);
+        std::string after = ReadWholeFile(path);
         int pages = PagesThatDiffer(before, after);
         before = after;
         return pages;
@@ -333,20 +310,15 @@ TEST(BtreeFile, FixturesAcceptChanges)
     for (const char* name : {"decltypes", "freepages", "keys", "overflow", "person", "swapped", "texts", "types"}) {
         SCOPED_TRACE(name);
         TempDir dir;
-        const std::string path = dir.File("copy.db");
-        CopyFixture(name, path);
+        const std::string path = CopyOfFixture(dir, name);
         TestDb db(path);
         db.Begin();
         // A new table filled and half emptied again next to what is there.
         const uint32_t root = db.AddTable("extra", "CREATE TABLE extra(x)");
         Cursor cursor(db.tree, root);
-        for (int i = 0; i < 600; ++i)
-            ASSERT_TRUE(cursor.Insert(RowKey(i), EncodeRecord({Value(std::string(i * 7 % 2500, 'e'))})));
-        for (int i = 0; i < 600; i += 2) {
-            bool found = false;
-            ASSERT_TRUE(cursor.Seek(RowKey(i), found));
-            ASSERT_TRUE(cursor.Delete());
-        }
+        ASSERT_TRUE(InsertTextRows(cursor, 600, [](int i) { return std::string(i * 7 % 2500, 'e'); }));
+        for (int i = 0; i < 600; i += 2)
+            ASSERT_TRUE(DeleteEntry(cursor, RowKey(i)));
         db.Commit();
         EXPECT_EQ(FileProblems(path), noProblems);
     }
@@ -362,14 +334,13 @@ TEST(BtreeFile, CorruptTreeIsReportedNotFollowed)
         db.Begin();
         root = db.AddTable("t", "CREATE TABLE t(x)");
         Cursor cursor(db.tree, root);
-        for (int i = 0; i < 500; ++i)
-            ASSERT_TRUE(cursor.Insert(RowKey(i), EncodeRecord({Value(std::string(100, 'x'))})));
+        ASSERT_TRUE(InsertTextRows(cursor, 500, [](int) { return std::string(100, 'x'); }));
         db.Commit();
     }
-    std::string bytes = ReadBytes(path);
+    std::string bytes = ReadWholeFile(path);
     // The root's right child pointing back at the root.
     ByteOrder{}.Put32(reinterpret_cast<uint8_t*>(bytes.data()) + (root - 1) * 1024, root);
-    WriteBytes(path, bytes);
+    WriteWholeFile(path, bytes);
     TestDb db(path);
     Cursor cursor(db.tree, root);
     EXPECT_EQ(cursor.Last().Code(), kCorrupt);

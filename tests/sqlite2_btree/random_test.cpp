@@ -10,8 +10,6 @@ using namespace sqlite2;
 
 namespace {
 
-const std::vector<std::string> noProblems;
-
 // Picks an existing key of the model (which must not be empty).
 std::string AnyKey(const Model& model, std::mt19937& random)
 {
@@ -21,7 +19,7 @@ std::string AnyKey(const Model& model, std::mt19937& random)
 
 std::string RowRecord(std::mt19937& random, size_t largest)
 {
-    return EncodeRecord({Value(std::string(RandomLength(random, largest), char('a' + random() % 26)))});
+    return TextRecord(std::string(RandomLength(random, largest), char('a' + random() % 26)));
 }
 
 struct Mix {
@@ -45,13 +43,47 @@ void RandomChange(Cursor& cursor, Model& model, std::mt19937& random, const Mix&
         model[key] = data;
     } else {
         std::string key = AnyKey(model, random);
-        bool found = false;
-        ASSERT_TRUE(cursor.Seek(key, found));
-        ASSERT_TRUE(found);
-        Status status = cursor.Delete();
-        ASSERT_TRUE(status) << status.Message();
+        ASSERT_TRUE(DeleteEntry(cursor, key));
         model.erase(key);
     }
+}
+
+// Rounds of random changes to one tree in a new file: the tree is compared
+// with the model every `checkEvery` changes, its seeks at the end of a round,
+// and the file is checked after each round's commit. Round `otherRound` uses
+// the mix `other` instead of `usual`.
+struct Rounds {
+    int rounds;
+    int changes;
+    int checkEvery;
+    int seeks;
+    Mix usual;
+    int otherRound;
+    Mix other;
+};
+
+void ChangeInRounds(const std::string& path, const std::string& table, const Rounds& plan, std::mt19937& random,
+                    const std::function<std::string()>& newKey, const std::function<std::string()>& newData,
+                    const std::vector<std::string>& raw = {})
+{
+    TestDb db(path);
+    db.Begin();
+    const uint32_t root = db.AddTable(table, "CREATE TABLE " + table + "(x)");
+    Model model;
+    Cursor cursor(db.tree, root);
+    for (int round = 0; round < plan.rounds; ++round) {
+        const Mix& mix = round == plan.otherRound ? plan.other : plan.usual;
+        for (int i = 0; i < plan.changes; ++i) {
+            ASSERT_NO_FATAL_FAILURE(RandomChange(cursor, model, random, mix, newKey, newData));
+            if (i % plan.checkEvery == plan.checkEvery - 1)
+                ExpectTreeEquals(db.tree, root, model);
+        }
+        ExpectSeeksAgree(db.tree, root, model, random, plan.seeks);
+        db.Commit();
+        EXPECT_EQ(FileProblems(path, raw), noProblems) << "round " << round;
+        db.Begin();
+    }
+    db.Commit();
 }
 
 } // namespace
@@ -59,55 +91,23 @@ void RandomChange(Cursor& cursor, Model& model, std::mt19937& random, const Mix&
 TEST(BtreeRandomChanges, TableOfRowsFromEmptyToHundredKilobytes)
 {
     TempDir dir;
-    const std::string path = dir.File("table.db");
-    TestDb db(path);
-    db.Begin();
-    const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
     std::mt19937 random(11);
-    Model model;
-    Cursor cursor(db.tree, root);
-    auto key = [&] { return RowKey(int32_t(random() % 20000) - 5000); };
-    auto data = [&] { return RowRecord(random, 100000); };
-    for (int round = 0; round < 4; ++round) {
-        const Mix mix = round == 2 ? Mix{1, 1, 5} : Mix{5, 2, 2};
-        for (int i = 0; i < 1500; ++i) {
-            ASSERT_NO_FATAL_FAILURE(RandomChange(cursor, model, random, mix, key, data));
-            if (i % 500 == 499)
-                ExpectTreeEquals(db.tree, root, model);
-        }
-        ExpectSeeksAgree(db.tree, root, model, random, 300);
-        db.Commit();
-        EXPECT_EQ(FileProblems(path), noProblems) << "round " << round;
-        db.Begin();
-    }
-    db.Commit();
+    ChangeInRounds(dir.File("table.db"), "t",
+                   {.rounds = 4, .changes = 1500, .checkEvery = 500, .seeks = 300, .usual = {5, 2, 2},
+                    .otherRound = 2, .other = {1, 1, 5}},
+                   random, [&] { return RowKey(int32_t(random() % 20000) - 5000); },
+                   [&] { return RowRecord(random, 100000); });
 }
 
 TEST(BtreeRandomChanges, RawKeysOfEveryLengthWithData)
 {
     TempDir dir;
-    const std::string path = dir.File("raw.db");
-    TestDb db(path);
-    db.Begin();
-    const uint32_t root = db.AddTable("raw", "CREATE TABLE raw(x)");
     std::mt19937 random(5);
-    Model model;
-    Cursor cursor(db.tree, root);
-    auto key = [&] { return RandomText(random, 1 + RandomLength(random, 2000)); };
-    auto data = [&] { return RandomText(random, RandomLength(random, 20000)); };
-    for (int round = 0; round < 3; ++round) {
-        const Mix mix = round == 1 ? Mix{1, 1, 4} : Mix{6, 2, 2};
-        for (int i = 0; i < 2000; ++i) {
-            ASSERT_NO_FATAL_FAILURE(RandomChange(cursor, model, random, mix, key, data));
-            if (i % 400 == 399)
-                ExpectTreeEquals(db.tree, root, model);
-        }
-        ExpectSeeksAgree(db.tree, root, model, random, 500);
-        db.Commit();
-        EXPECT_EQ(FileProblems(path, {"raw"}), noProblems) << "round " << round;
-        db.Begin();
-    }
-    db.Commit();
+    ChangeInRounds(dir.File("raw.db"), "raw",
+                   {.rounds = 3, .changes = 2000, .checkEvery = 400, .seeks = 500, .usual = {6, 2, 2},
+                    .otherRound = 1, .other = {1, 1, 4}},
+                   random, [&] { return RandomText(random, 1 + RandomLength(random, 2000)); },
+                   [&] { return RandomText(random, RandomLength(random, 20000)); }, {"raw"});
 }
 
 // A table and its index changed together, as the engine will: the checker
@@ -125,10 +125,7 @@ TEST(BtreeRandomChanges, TableAndItsIndexOfLongTexts)
     Cursor rowCursor(db.tree, table), indexCursor(db.tree, index);
     auto indexKey = [](const Value& value, int32_t rowid) { return EncodeIndexKey({{&value, false}}, rowid); };
     auto removeIndexEntry = [&](int32_t rowid) {
-        bool found = false;
-        ASSERT_TRUE(indexCursor.Seek(indexKey(rows[rowid], rowid), found));
-        ASSERT_TRUE(found);
-        ASSERT_TRUE(indexCursor.Delete());
+        ASSERT_TRUE(DeleteEntry(indexCursor, indexKey(rows[rowid], rowid)));
     };
     for (int i = 0; i < 3000; ++i) {
         const int32_t rowid = int32_t(random() % 1500);
@@ -137,9 +134,7 @@ TEST(BtreeRandomChanges, TableAndItsIndexOfLongTexts)
             ASSERT_NO_FATAL_FAILURE(removeIndexEntry(rowid));
         }
         if (exists && random() % 3 == 0) {
-            bool found = false;
-            ASSERT_TRUE(rowCursor.Seek(RowKey(rowid), found));
-            ASSERT_TRUE(rowCursor.Delete());
+            ASSERT_TRUE(DeleteEntry(rowCursor, RowKey(rowid)));
             rows.erase(rowid);
             continue;
         }
@@ -177,12 +172,8 @@ TEST(BtreeRandomChanges, EverythingDeletedThenInsertedAgainReusesThePages)
     db.Begin();
     std::vector<std::pair<std::string, std::string>> shuffled = rows;
     std::shuffle(shuffled.begin(), shuffled.end(), random);
-    for (const auto& [key, data] : shuffled) {
-        bool found = false;
-        ASSERT_TRUE(cursor.Seek(key, found));
-        ASSERT_TRUE(found);
-        ASSERT_TRUE(cursor.Delete());
-    }
+    for (const auto& [key, data] : shuffled)
+        ASSERT_TRUE(DeleteEntry(cursor, key));
     db.Commit();
     ExpectTreeEquals(db.tree, root, {});
     EXPECT_EQ(FileProblems(path), noProblems);

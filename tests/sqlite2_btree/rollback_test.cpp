@@ -16,7 +16,7 @@ TEST(BtreeRollback, SavepointUndoesSplitsAndCursorsFollow)
     Model model;
     Cursor cursor(db.tree, root);
     for (int i = 0; i < 300; ++i) {
-        std::string data = EncodeRecord({Value(std::string(i % 50, 'v'))});
+        std::string data = TextRecord(std::string(i % 50, 'v'));
         ASSERT_TRUE(cursor.Insert(RowKey(i * 10), data));
         model[RowKey(i * 10)] = data;
     }
@@ -26,11 +26,9 @@ TEST(BtreeRollback, SavepointUndoesSplitsAndCursorsFollow)
 
     const int savepoint = db.pager.OpenSavepoint();
     for (int i = 0; i < 3000; ++i)
-        ASSERT_TRUE(cursor.Insert(RowKey(i * 10 + 5), EncodeRecord({Value(std::string(i % 900, 'n'))})));
-    for (int i = 0; i < 300; i += 2) {
-        ASSERT_TRUE(cursor.Seek(RowKey(i * 10), found));
-        ASSERT_TRUE(cursor.Delete());
-    }
+        ASSERT_TRUE(cursor.Insert(RowKey(i * 10 + 5), TextRecord(std::string(i % 900, 'n'))));
+    for (int i = 0; i < 300; i += 2)
+        ASSERT_TRUE(DeleteEntry(cursor, RowKey(i * 10)));
     db.pager.RollbackTo(savepoint);
     db.tree.NoteChange(); // the pages changed behind the cursors' backs
     db.pager.Release(savepoint);
@@ -43,7 +41,7 @@ TEST(BtreeRollback, SavepointUndoesSplitsAndCursorsFollow)
     EXPECT_EQ(key, RowKey(1510));
     ExpectTreeEquals(db.tree, root, model);
     db.Commit();
-    EXPECT_EQ(FileProblems(path), std::vector<std::string>{});
+    EXPECT_EQ(FileProblems(path), noProblems);
     EXPECT_EQ(db.tree.Meta(56), 0u) << "the pages taken in the savepoint went back with it";
 }
 
@@ -55,8 +53,7 @@ TEST(BtreeRollback, WholeWriteUndone)
     db.Begin();
     const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
     Cursor cursor(db.tree, root);
-    for (int i = 0; i < 500; ++i)
-        ASSERT_TRUE(cursor.Insert(RowKey(i), EncodeRecord({Value(std::string(i, 'r'))})));
+    ASSERT_TRUE(InsertTextRows(cursor, 500, [](int i) { return std::string(i, 'r'); }));
     db.Commit();
     const Model before = ReadForward(db.tree, root);
 
@@ -66,5 +63,5 @@ TEST(BtreeRollback, WholeWriteUndone)
         ASSERT_TRUE(cursor.Insert(RowKey(-i), "x"));
     db.Rollback();
     ExpectTreeEquals(db.tree, root, before);
-    EXPECT_EQ(FileProblems(path), std::vector<std::string>{});
+    EXPECT_EQ(FileProblems(path), noProblems);
 }

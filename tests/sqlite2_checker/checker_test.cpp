@@ -1,17 +1,14 @@
 #include "Sqlite2Checker.h"
+#include "TestFiles.h"
 #include "format.h"
 
 #include <gtest/gtest.h>
-
-#include <fstream>
-#include <iterator>
 
 namespace {
 
 std::string Fixture(const std::string& name)
 {
-    std::ifstream in(std::string(FIXTURES_DIR) + "/" + name + ".db", std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return ReadWholeFile(FixturePath(name + ".db"));
 }
 
 std::string Joined(const std::vector<std::string>& problems)

@@ -8,6 +8,7 @@
 #include "Sqlite2Checker.h"
 #include "Sqlite2Dump.h"
 #include "TempDir.h"
+#include "TestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +16,6 @@
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <set>
 #include <stdexcept>
@@ -23,7 +23,7 @@
 
 namespace {
 
-const std::string kCorpus = CORPUS_DIR;
+const std::string kCorpus = FixturePath("corpus");
 const std::string kKnownFile = kCorpus + "/known-differences.txt";
 
 std::vector<std::string> ScriptNames()
@@ -107,38 +107,6 @@ std::string Describe(const std::string& expected, const std::string& got)
            "  ours:\n" + Indented(excerpt(b));
 }
 
-// The engine syncs every write to disk, which costs more than everything
-// else in the corpus put together; the corpus is about answers and contents,
-// so its files live on a memory file system when the machine has one.
-class ScratchDir {
-public:
-    ScratchDir()
-    {
-        std::error_code error;
-        for (const std::filesystem::path& base :
-             {std::filesystem::path("/dev/shm"), std::filesystem::temp_directory_path(error)}) {
-            std::string pattern = (base / "rowkeeper-corpus-XXXXXX").string();
-            if (!base.empty() && mkdtemp(pattern.data())) {
-                path = pattern;
-                break;
-            }
-        }
-    }
-    ~ScratchDir()
-    {
-        std::error_code ignored;
-        if (!path.empty())
-            std::filesystem::remove_all(path, ignored);
-    }
-    ScratchDir(const ScratchDir&) = delete;
-    ScratchDir& operator=(const ScratchDir&) = delete;
-    bool Usable() const { return !path.empty(); }
-    std::string File(const std::string& name) const { return path + "/" + name; }
-
-private:
-    std::string path;
-};
-
 const char* RecordPath()
 {
     const char* path = std::getenv("ROWKEEPER_CORPUS_RECORD");
@@ -189,7 +157,7 @@ public:
             merged.erase(script);
         for (const auto& [script, whats] : tally.found)
             merged[script] = whats;
-        std::ofstream(RecordPath(), std::ios::binary) << FormatKnownDifferences(merged);
+        WriteWholeFile(RecordPath(), FormatKnownDifferences(merged));
         std::cout << "[ corpus   ] known differences written to " << RecordPath() << "\n";
     }
 };
@@ -203,11 +171,14 @@ TEST_P(Corpus, AnswersAsSqlite2Does)
     const std::vector<std::string> expected =
         SplitTranscript(ReadWholeFile(kCorpus + "/" + name + ".expected"), script.statements.size());
 
-    ScratchDir dir;
+    // The engine syncs every write to disk, which costs more than everything
+    // else in the corpus put together; the corpus is about answers and
+    // contents, so its files live in memory when the machine allows.
+    TempDir dir(TempDir::Place::MemoryWhenPossible);
     ASSERT_TRUE(dir.Usable());
     const std::string path = dir.File(name + ".db");
     if (script.start != "new") {
-        const std::string fixture = std::string(FIXTURES_DIR) + "/" + script.start;
+        const std::string fixture = FixturePath(script.start);
         ASSERT_TRUE(std::filesystem::exists(fixture)) << fixture;
         CopyFile(fixture, path);
     }
