@@ -1,5 +1,6 @@
 // ParseCreateTrigger on trigger texts as 2.8 writes and accepts them; the
 // error texts are those real SQLite 2.8.17 gives for the same statements.
+#include "TestFiles.h"
 #include "triggers.h"
 
 #include <fstream>
@@ -42,7 +43,7 @@ std::string TriggerLineOf(const std::string& path)
 
 TEST(ParseCreateTrigger, ThePersonFixturesTrigger)
 {
-    const std::string sql = TriggerLineOf(std::string(FIXTURES_DIR) + "/person.sql");
+    const std::string sql = TriggerLineOf(FixturePath("person.sql"));
     ASSERT_FALSE(sql.empty());
     TriggerDefinition trigger = Parsed(sql);
     EXPECT_EQ(trigger.name, "person_upd");
