@@ -89,7 +89,7 @@ struct FormatDirective {
     int mode = signNone; // '-' asks for a blank sign, '+' for a plus; either left-aligns %s
 };
 
-// A decimal number of at most six digits' worth; further digits are skipped.
+// Digits are read while the number is below 100000; further ones are skipped.
 int ParseBoundedNumber(const char*& p)
 {
     int number = 0;
