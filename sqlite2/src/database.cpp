@@ -111,7 +111,6 @@ Status Database::RebuildConnection()
                         nullptr) != SQLITE_OK)
         return {kNoMemory, "out of memory"};
     Install28Rules(connection);
-    RegisterTableModule(connection, this);
     triggers = std::make_unique<TriggerRunner>(connection);
     declared.clear();
     schemaLoaded = false;
@@ -150,7 +149,7 @@ Status Database::RefreshSchema()
 
 // Makes SQLite 3's side match the schema: a virtual table per table, the
 // views, and the triggers of views (which SQLite 3 runs itself). Objects
-// whose statement changed are made anew.
+// whose definition changed are made anew.
 void Database::DeclareSchema()
 {
     std::map<std::string, std::string> wanted; // SQLite 3 name -> statement that makes it
@@ -159,12 +158,12 @@ void Database::DeclareSchema()
         wanted[key] = std::move(sql);
         order.push_back(key);
     };
-    want(std::string("table:") + kSchemaTableName,
-         std::string("CREATE VIRTUAL TABLE ") + kSchemaTableName + " USING " + kModuleName + "(sqlite_master)");
+    // A table's entry is its name and definition: a table made anew under
+    // the same name gets its new columns.
+    want(std::string("table:") + kSchemaTableName, kSchemaTableName);
     for (const SchemaRow& row : schema.rows) {
-        if (row.type == "table" && schema.FindTable(row.name))
-            want("table:" + Lower(row.name), "CREATE VIRTUAL TABLE " + QuoteName(row.name) + " USING " +
-                                                 kModuleName + "(" + QuoteName(row.name) + ")");
+        if (row.type == "table" && row.sql && schema.FindTable(row.name))
+            want("table:" + Lower(row.name), row.name + "\n" + *row.sql);
         else if (row.type == "view" && row.sql)
             want("view:" + Lower(row.name), WithConcatAs28(WithSchemaTableName(*row.sql, kSchemaTableName)));
     }
@@ -181,17 +180,25 @@ void Database::DeclareSchema()
         }
         const std::string kind = it->first.substr(0, it->first.find(':'));
         const std::string name = it->first.substr(kind.size() + 1);
-        const std::string drop = "DROP " + std::string(kind == "table" ? "TABLE" : kind == "view" ? "VIEW" : "TRIGGER") +
-                                 " IF EXISTS " + QuoteName(name);
-        sqlite3_exec(connection, drop.c_str(), nullptr, nullptr, nullptr);
+        if (kind == "table") {
+            RemoveTableModule(connection, name);
+        } else {
+            const std::string drop = "DROP " + std::string(kind == "view" ? "VIEW" : "TRIGGER") + " IF EXISTS " +
+                                     QuoteName(name);
+            sqlite3_exec(connection, drop.c_str(), nullptr, nullptr, nullptr);
+        }
         it = declared.erase(it);
     }
     for (const std::string& key : order) {
         if (declared.count(key))
             continue;
+        const std::string& definition = wanted[key];
         // Like 2.8, an object whose statement does not work is left out.
-        if (sqlite3_exec(connection, wanted[key].c_str(), nullptr, nullptr, nullptr) == SQLITE_OK)
-            declared[key] = wanted[key];
+        const bool made = key.compare(0, 6, "table:") == 0
+                              ? AddTableModule(connection, this, definition.substr(0, definition.find('\n')))
+                              : sqlite3_exec(connection, definition.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+        if (made)
+            declared[key] = definition;
     }
 }
 

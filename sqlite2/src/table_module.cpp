@@ -66,10 +66,11 @@ int Connect(sqlite3* db, void* aux, int argc, const char* const* argv, sqlite3_v
     auto* database = static_cast<Database*>(aux);
     auto vtab = std::make_unique<TableVtab>();
     vtab->database = database;
-    vtab->name = argc > 3 ? argv[3] : "";
-    if (vtab->name.size() >= 2 && vtab->name.front() == '"')
-        vtab->name = vtab->name.substr(1, vtab->name.size() - 2);
-    vtab->schemaTable = vtab->name == "sqlite_master";
+    // An eponymous table is named by its module: argv[2] is the table's name.
+    vtab->name = argc > 2 ? argv[2] : "";
+    vtab->schemaTable = vtab->name == kSchemaTableName;
+    if (vtab->schemaTable)
+        vtab->name = "sqlite_master";
     const TableSchema* table = vtab->Table();
     if (!table) {
         *error = sqlite3_mprintf("no such table: %s", vtab->name.c_str());
@@ -474,14 +475,20 @@ std::string DeclaredTable(const TableSchema& table)
     return sql + ")";
 }
 
-void RegisterTableModule(sqlite3* connection, Database* database)
+bool AddTableModule(sqlite3* connection, Database* database, const std::string& name)
 {
+    // No xCreate: the module serves only the table of its own name.
     static const sqlite3_module module = {
-        2,          Connect,    Connect, BestIndex, Disconnect, Disconnect, OpenCursor, CloseCursor,
+        2,          nullptr,    Connect, BestIndex, Disconnect, Disconnect, OpenCursor, CloseCursor,
         Filter,     Next,       Eof,     Column,    RowidMethod, UpdateRow, BeginWrite, SyncWrite,
         CommitWrite, RollbackWrite, nullptr, nullptr, OpenSavepoint, ReleaseSavepoint, RollbackToSavepoint, nullptr,
     };
-    sqlite3_create_module(connection, kModuleName, &module, database);
+    return sqlite3_create_module(connection, name.c_str(), &module, database) == SQLITE_OK;
+}
+
+void RemoveTableModule(sqlite3* connection, const std::string& name)
+{
+    sqlite3_create_module(connection, name.c_str(), nullptr, nullptr);
 }
 
 } // namespace sqlite2

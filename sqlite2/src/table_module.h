@@ -8,20 +8,28 @@ namespace sqlite2 {
 
 class Database;
 
-// The virtual-table module through which SQLite 3 reads and writes the
-// tables of a 2.x file: "CREATE VIRTUAL TABLE x USING sqlite2(name)" shows
-// the file's table name (or sqlite_master, read-only).
+// The virtual tables through which SQLite 3 reads and writes the tables of a
+// 2.x file. Each table is an eponymous virtual table: a module registered
+// under the table's own name, so that naming the table in SQL is all it
+// takes. SQLite 3 asks for its columns only when a statement first uses it,
+// which keeps opening a file with many tables cheap.
 //
 // Values come back as the texts they are stored with; numeric-class columns
-// carry the numeric collation and NUMERIC affinity so that comparisons,
-// sorting, min/max and grouping follow 2.8's number rules. Writes keep the
-// table's indexes, UNIQUE and NOT NULL constraints, DEFAULT values,
-// INTEGER PRIMARY KEY and triggers the way 2.8 does, each row in one step.
-void RegisterTableModule(sqlite3* connection, Database* database);
+// carry the numeric collation so that comparisons, sorting, min/max and
+// grouping follow 2.8's number rules. Writes keep the table's indexes,
+// UNIQUE and NOT NULL constraints, DEFAULT values, INTEGER PRIMARY KEY and
+// triggers the way 2.8 does, each row in one step.
 
-inline constexpr const char* kModuleName = "sqlite2";
-// The name the file's sqlite_master has on the SQLite 3 side.
+// The name the file's sqlite_master has on the SQLite 3 side (read-only).
 inline constexpr const char* kSchemaTableName = "sqlite2_master";
+
+// Shows the file's table `name` (or kSchemaTableName) to SQL on the
+// connection. False when SQLite 3 refuses the name.
+bool AddTableModule(sqlite3* connection, Database* database, const std::string& name);
+
+// Hides it again: the table was dropped or its definition changed. Statements
+// prepared before must be finished first.
+void RemoveTableModule(sqlite3* connection, const std::string& name);
 
 // The table as declared to SQLite 3.
 std::string DeclaredTable(const TableSchema& table);
