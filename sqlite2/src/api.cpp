@@ -82,56 +82,59 @@ bool EmptyResultCallbacks(sqlite3* connection)
     return on;
 }
 
+// Steps one prepared statement to its end, handing each row to the callback
+// (and, with empty_result_callbacks, a statement without rows once with
+// no values). True when the callback asked to stop.
+bool DeliverRows(sqlite3_stmt* statement, bool emptyCallbacks, sqlite_callback callback, void* arg)
+{
+    const int columns = sqlite3_column_count(statement);
+    std::vector<const char*> names;
+    std::vector<const char*> values;
+    std::vector<std::string> buffers;
+    bool calledBack = false;
+    for (;;) {
+        const int rc = sqlite3_step(statement);
+        const bool row = rc == SQLITE_ROW;
+        if (callback && (row || (rc == SQLITE_DONE && !calledBack && emptyCallbacks))) {
+            if (!calledBack) {
+                for (int c = 0; c < columns; ++c)
+                    names.push_back(sqlite3_column_name(statement, c));
+                calledBack = true;
+            }
+            values.clear();
+            buffers.assign(size_t(columns), std::string());
+            for (int c = 0; row && c < columns; ++c)
+                values.push_back(sqlite2::ResultText(statement, c, buffers[size_t(c)]));
+            if (callback(arg, columns, row ? const_cast<char**>(values.data()) : nullptr,
+                         const_cast<char**>(names.data())))
+                return true;
+        }
+        if (!row)
+            return false;
+    }
+}
+
 // sqlite3_exec's loop, each statement prepared where the engine runs it:
-// rows to the callback, once with no values for a statement without rows
-// when empty_result_callbacks is on, the first failure ends the text.
+// rows to the callback, the first failure ends the text (failed then points
+// at the statement that failed).
 sqlite2::Status ExecuteEachStatement(sqlite* db, const char* sql, sqlite_callback callback, void* arg,
                                      const char*& failed)
 {
     sqlite2::Database& database = db->database;
-    std::vector<const char*> names;
-    std::vector<const char*> values;
-    std::vector<std::string> buffers;
     const char* rest = sql;
     while (rest && *rest) {
         sqlite3_stmt* statement = nullptr;
         const char* tail = nullptr;
         failed = rest;
-        sqlite2::Status status = database.Prepare(rest, &statement, &tail);
-        if (!status)
+        if (sqlite2::Status status = database.Prepare(rest, &statement, &tail); !status)
             return status;
         rest = tail;
         if (!statement)
             continue;
         // The pragma may have been set by an earlier statement of this text.
         const bool emptyCallbacks = callback && EmptyResultCallbacks(database.Connection());
-        const int columns = sqlite3_column_count(statement);
-        bool calledBack = false;
-        bool aborted = false;
-        for (;;) {
-            int rc = sqlite3_step(statement);
-            if (callback && (rc == SQLITE_ROW || (rc == SQLITE_DONE && !calledBack && emptyCallbacks))) {
-                if (!calledBack) {
-                    names.clear();
-                    for (int c = 0; c < columns; ++c)
-                        names.push_back(sqlite3_column_name(statement, c));
-                    calledBack = true;
-                }
-                values.clear();
-                buffers.assign(size_t(columns), std::string());
-                if (rc == SQLITE_ROW)
-                    for (int c = 0; c < columns; ++c)
-                        values.push_back(sqlite2::ResultText(statement, c, buffers[size_t(c)]));
-                if (callback(arg, columns, rc == SQLITE_ROW ? const_cast<char**>(values.data()) : nullptr,
-                             const_cast<char**>(names.data()))) {
-                    aborted = true;
-                    break;
-                }
-            }
-            if (rc != SQLITE_ROW)
-                break;
-        }
-        status = database.Finish(statement);
+        const bool aborted = DeliverRows(statement, emptyCallbacks, callback, arg);
+        const sqlite2::Status status = database.Finish(statement);
         if (aborted)
             return {sqlite2::kAbort, "callback requested query abort"};
         if (!status)

@@ -113,6 +113,80 @@ bool CollationFits(sqlite3_index_info* info, int constraint, const ColumnInfo& c
     return strcasecmp(collation ? collation : "BINARY", column.numeric ? kNumericCollation : "BINARY") == 0;
 }
 
+// The constraint that asks for one rowid, or -1.
+int RowidEquality(const TableSchema& table, const sqlite3_index_info* info)
+{
+    for (int c = 0; c < info->nConstraint; ++c) {
+        const auto& constraint = info->aConstraint[c];
+        if (constraint.usable && constraint.op == SQLITE_INDEX_CONSTRAINT_EQ && IsRowidColumn(table, constraint.iColumn))
+            return c;
+    }
+    return -1;
+}
+
+// The constraints on an index's first column that the index can serve.
+struct IndexBounds {
+    int equals = -1;
+    int lower = -1;
+    int upper = -1;
+};
+
+IndexBounds BoundsOn(sqlite3_index_info* info, const TableSchema& table, int column)
+{
+    IndexBounds bounds;
+    for (int c = 0; c < info->nConstraint; ++c) {
+        const auto& constraint = info->aConstraint[c];
+        if (!constraint.usable || constraint.iColumn != column || !CollationFits(info, c, table.info.columns[size_t(column)]))
+            continue;
+        if (constraint.op == SQLITE_INDEX_CONSTRAINT_EQ)
+            bounds.equals = c;
+        else if (constraint.op == SQLITE_INDEX_CONSTRAINT_GT || constraint.op == SQLITE_INDEX_CONSTRAINT_GE)
+            bounds.lower = c;
+        else if (constraint.op == SQLITE_INDEX_CONSTRAINT_LT || constraint.op == SQLITE_INDEX_CONSTRAINT_LE)
+            bounds.upper = c;
+    }
+    return bounds;
+}
+
+double IndexCost(const IndexSchema& index, const IndexBounds& bounds)
+{
+    if (bounds.equals >= 0)
+        return index.unique && index.columns.size() == 1 ? 2 : 20;
+    if (bounds.lower >= 0 && bounds.upper >= 0)
+        return 5000;
+    return bounds.lower >= 0 || bounds.upper >= 0 ? 50000 : 1e9;
+}
+
+// Makes the index the plan: its bounds become Filter's arguments, in the
+// order Filter reads them (the value sought, or the lower then the upper bound).
+void UseIndex(sqlite3_index_info* info, const IndexSchema& index, const IndexBounds& bounds, double cost)
+{
+    for (int c = 0; c < info->nConstraint; ++c)
+        info->aConstraintUsage[c].argvIndex = 0;
+    int plan = kIndexScan, argument = 0;
+    auto use = [&](int constraint, int bit) {
+        if (constraint < 0)
+            return;
+        plan |= bit;
+        info->aConstraintUsage[constraint].argvIndex = ++argument;
+    };
+    if (bounds.equals >= 0) {
+        use(bounds.equals, kIndexEquals);
+    } else {
+        use(bounds.lower, kIndexLower);
+        use(bounds.upper, kIndexUpper);
+    }
+    if (info->needToFreeIdxStr)
+        sqlite3_free(info->idxStr);
+    info->idxStr = sqlite3_mprintf("%s", index.name.c_str());
+    info->needToFreeIdxStr = 1;
+    info->idxNum = plan;
+    info->estimatedCost = cost;
+    info->estimatedRows = sqlite3_int64(cost);
+}
+
+// Plans: one rowid; else the cheapest index whose first column is bounded;
+// else a scan of the table in rowid order.
 int BestIndex(sqlite3_vtab* base, sqlite3_index_info* info)
 {
     auto* vtab = static_cast<TableVtab*>(base);
@@ -122,65 +196,24 @@ int BestIndex(sqlite3_vtab* base, sqlite3_index_info* info)
     info->idxNum = kFullScan;
     info->estimatedCost = 1e6;
     info->estimatedRows = 1000000;
-    for (int c = 0; c < info->nConstraint; ++c) {
-        const auto& constraint = info->aConstraint[c];
-        if (constraint.usable && constraint.op == SQLITE_INDEX_CONSTRAINT_EQ &&
-            IsRowidColumn(*table, constraint.iColumn)) {
-            info->idxNum = kRowidEquals;
-            info->aConstraintUsage[c].argvIndex = 1;
-            info->estimatedCost = 1;
-            info->estimatedRows = 1;
-            info->idxFlags = SQLITE_INDEX_SCAN_UNIQUE;
-            return SQLITE_OK;
-        }
+    if (const int rowid = RowidEquality(*table, info); rowid >= 0) {
+        info->idxNum = kRowidEquals;
+        info->aConstraintUsage[rowid].argvIndex = 1;
+        info->estimatedCost = 1;
+        info->estimatedRows = 1;
+        info->idxFlags = SQLITE_INDEX_SCAN_UNIQUE;
+        return SQLITE_OK;
     }
     for (const IndexSchema& index : table->indexes) {
         const int first = index.columns.empty() ? -2 : index.columns[0];
         if (first < 0)
             continue;
-        int equals = -1, lower = -1, upper = -1;
-        for (int c = 0; c < info->nConstraint; ++c) {
-            const auto& constraint = info->aConstraint[c];
-            if (!constraint.usable || constraint.iColumn != first ||
-                !CollationFits(info, c, table->info.columns[size_t(first)]))
-                continue;
-            if (constraint.op == SQLITE_INDEX_CONSTRAINT_EQ)
-                equals = c;
-            else if (constraint.op == SQLITE_INDEX_CONSTRAINT_GT || constraint.op == SQLITE_INDEX_CONSTRAINT_GE)
-                lower = c;
-            else if (constraint.op == SQLITE_INDEX_CONSTRAINT_LT || constraint.op == SQLITE_INDEX_CONSTRAINT_LE)
-                upper = c;
-        }
-        double cost = equals >= 0 ? (index.unique && index.columns.size() == 1 ? 2 : 20)
-                      : (lower >= 0 && upper >= 0) ? 5000 : (lower >= 0 || upper >= 0) ? 50000 : 1e9;
-        if (cost >= info->estimatedCost)
-            continue;
-        for (int c = 0; c < info->nConstraint; ++c)
-            info->aConstraintUsage[c].argvIndex = 0;
-        int plan = kIndexScan, argument = 0;
-        if (equals >= 0) {
-            plan |= kIndexEquals;
-            info->aConstraintUsage[equals].argvIndex = ++argument;
-        } else {
-            if (lower >= 0) {
-                plan |= kIndexLower;
-                info->aConstraintUsage[lower].argvIndex = ++argument;
-            }
-            if (upper >= 0) {
-                plan |= kIndexUpper;
-                info->aConstraintUsage[upper].argvIndex = ++argument;
-            }
-        }
-        if (info->needToFreeIdxStr)
-            sqlite3_free(info->idxStr);
-        info->idxStr = sqlite3_mprintf("%s", index.name.c_str());
-        info->needToFreeIdxStr = 1;
-        info->idxNum = plan;
-        info->estimatedCost = cost;
-        info->estimatedRows = sqlite3_int64(cost);
+        const IndexBounds bounds = BoundsOn(info, *table, first);
+        if (const double cost = IndexCost(index, bounds); cost < info->estimatedCost)
+            UseIndex(info, index, bounds, cost);
     }
-    if (info->nOrderBy == 1 && info->aOrderBy[0].iColumn < 0 && !info->aOrderBy[0].desc &&
-        (info->idxNum == kFullScan || info->idxNum == kRowidEquals))
+    // A scan already comes in rowid order.
+    if (info->nOrderBy == 1 && info->aOrderBy[0].iColumn < 0 && !info->aOrderBy[0].desc && info->idxNum == kFullScan)
         info->orderByConsumed = 1;
     return SQLITE_OK;
 }
