@@ -181,8 +181,8 @@ TEST(BtreeFile, DroppedTreeGoesToTheFreeListAndIsReused)
     std::mt19937 random(1);
     Cursor kept(db.tree, keep), dropped(db.tree, drop);
     for (int i = 0; i < 1500; ++i) {
-        ASSERT_TRUE(kept.Insert(RowKey(i), EncodeRecord({Value(std::string(random() % 400, 'k'))})));
-        ASSERT_TRUE(dropped.Insert(RowKey(i), EncodeRecord({Value(std::string(random() % 3000, 'd'))})));
+        ASSERT_TRUE(kept.Insert(RowKey(i), TextRecord(std::string(random() % 400, 'k'))));
+        ASSERT_TRUE(dropped.Insert(RowKey(i), TextRecord(std::string(random() % 3000, 'd'))));
     }
     db.Commit();
     const uint64_t size = FileSize(path);

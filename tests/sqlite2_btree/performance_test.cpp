@@ -29,7 +29,7 @@ TEST(BtreePerformance, SeekAndScanOfTwoHundredThousandEntries)
     Cursor cursor(db.tree, root);
     auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < count; ++i)
-        ASSERT_TRUE(cursor.Insert(RowKey(i), EncodeRecord({Value("row " + std::to_string(i))})));
+        ASSERT_TRUE(cursor.Insert(RowKey(i), TextRecord("row " + std::to_string(i))));
     const double insert = Seconds(start);
     db.Commit();
 
