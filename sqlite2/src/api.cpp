@@ -89,8 +89,8 @@ bool DeliverRows(sqlite3_stmt* statement, bool emptyCallbacks, sqlite_callback c
 {
     const int columns = sqlite3_column_count(statement);
     std::vector<const char*> names;
-    std::vector<const char*> values;
-    std::vector<std::string> buffers;
+    std::vector<const char*> values(static_cast<size_t>(columns), nullptr);
+    std::vector<std::string> buffers(static_cast<size_t>(columns)); // reals as 2.8 prints them, reused row after row
     bool calledBack = false;
     for (;;) {
         const int rc = sqlite3_step(statement);
@@ -101,10 +101,8 @@ bool DeliverRows(sqlite3_stmt* statement, bool emptyCallbacks, sqlite_callback c
                     names.push_back(sqlite3_column_name(statement, c));
                 calledBack = true;
             }
-            values.clear();
-            buffers.assign(size_t(columns), std::string());
             for (int c = 0; row && c < columns; ++c)
-                values.push_back(sqlite2::ResultText(statement, c, buffers[size_t(c)]));
+                values[size_t(c)] = sqlite2::ResultText(statement, c, buffers[size_t(c)]);
             if (callback(arg, columns, row ? const_cast<char**>(values.data()) : nullptr,
                          const_cast<char**>(names.data())))
                 return true;
