@@ -423,6 +423,9 @@ int LoadRow(TableCursor* cursor)
 
 int Column(sqlite3_vtab_cursor* base, sqlite3_context* context, int column)
 {
+    // A column an UPDATE leaves alone: the row writer keeps the stored value.
+    if (sqlite3_vtab_nochange(context))
+        return SQLITE_OK;
     auto* cursor = static_cast<TableCursor*>(base);
     if (int rc = LoadRow(cursor); rc != SQLITE_OK)
         return rc;

@@ -71,6 +71,10 @@ private:
     using Event = TriggerDefinition::Event;
 
     Row NewRow(sqlite3_value** values, bool applyDefaults) const;
+    // An UPDATE's new row: columns its SET list does not name keep the old
+    // row's values (SQLite 3 does not even fetch them), and assigned says
+    // which columns it names.
+    Row UpdatedRow(sqlite3_value** values, const Row& old, int32_t oldRowid);
     Status RowidFor(const Row& row, sqlite3_value* givenRowid, int32_t& rowid);
     Status CheckNotNull(Row& row, bool& skip) const;
     Status MakeRoom(const Row& row, int32_t rowid, bool& skip);
@@ -83,6 +87,7 @@ private:
     TableRows rows;
     Conflict mode;
     TriggerTable triggerTable;
+    std::vector<bool> assigned; // by UpdatedRow, for the UPDATE OF triggers
 };
 
 Row RowWriter::NewRow(sqlite3_value** values, bool applyDefaults) const
@@ -94,6 +99,22 @@ Row RowWriter::NewRow(sqlite3_value** values, bool applyDefaults) const
             row.push_back(table.info.columns[c].defaultValue);
         else
             row.push_back(StoredValue(values[c]));
+    }
+    return row;
+}
+
+Row RowWriter::UpdatedRow(sqlite3_value** values, const Row& old, int32_t oldRowid)
+{
+    Row row;
+    assigned.assign(table.info.columns.size(), true);
+    for (size_t c = 0; c < table.info.columns.size(); ++c) {
+        if (!sqlite3_value_nochange(values[c])) {
+            row.push_back(StoredValue(values[c]));
+            continue;
+        }
+        assigned[c] = false;
+        const bool key = int(c) == table.info.integerPrimaryKey;
+        row.push_back(key ? Value(std::to_string(oldRowid)) : c < old.size() ? old[c] : Value());
     }
     return row;
 }
@@ -171,6 +192,8 @@ Status RowWriter::Fire(Timing timing, Event event, const Row* oldRow, int32_t ol
     if (!triggers.HasTriggers(table.name))
         return Status::Ok();
     TriggerRow before{oldRowid, oldRow}, after{newRowid, newRow};
+    if (event == Event::Update)
+        after.assigned = &assigned;
     ++database.TriggerDepth();
     Status status = triggers.Fire(triggerTable, timing, event, oldRow ? &before : nullptr,
                                   newRow ? &after : nullptr, skip);
@@ -235,7 +258,7 @@ Status RowWriter::Update(int32_t oldRowid, sqlite3_value** values, sqlite3_value
     bool found = false, skip = false;
     if (Status status = rows.Read(oldRowid, old, found); !status || !found)
         return status;
-    Row row = NewRow(values, false);
+    Row row = UpdatedRow(values, old, oldRowid);
     if (Status status = CheckNotNull(row, skip); !status || skip)
         return status;
     int32_t rowid = oldRowid;

@@ -118,7 +118,14 @@ Status PrepareOne(sqlite3* connection, const std::string& sql, const PseudoRows&
     return Status::Ok();
 }
 
-// For UPDATE OF: whether one of the named columns got another value.
+bool ColumnUpdated(size_t c, const TriggerRow& oldRow, const TriggerRow& newRow)
+{
+    if (newRow.assigned)
+        return c < newRow.assigned->size() && (*newRow.assigned)[c];
+    return c < oldRow.values->size() && c < newRow.values->size() && (*oldRow.values)[c] != (*newRow.values)[c];
+}
+
+// For UPDATE OF: whether the UPDATE sets one of the named columns.
 bool NamedColumnChanged(const TriggerDefinition& trigger, const TriggerTable& table, const TriggerRow* oldRow,
                         const TriggerRow* newRow)
 {
@@ -128,8 +135,7 @@ bool NamedColumnChanged(const TriggerDefinition& trigger, const TriggerTable& ta
         return false;
     for (const std::string& name : trigger.updateColumns)
         for (size_t c = 0; c < table.columns.size(); ++c)
-            if (strcasecmp(name.c_str(), table.columns[c].c_str()) == 0 && c < oldRow->values->size() &&
-                c < newRow->values->size() && (*oldRow->values)[c] != (*newRow->values)[c])
+            if (strcasecmp(name.c_str(), table.columns[c].c_str()) == 0 && ColumnUpdated(c, *oldRow, *newRow))
                 return true;
     return false;
 }

@@ -36,6 +36,9 @@ Status ParseCreateTrigger(std::string_view sql, TriggerDefinition& trigger);
 struct TriggerRow {
     int64_t rowid = 0;
     const Row* values = nullptr;
+    // The new row of an UPDATE: which columns its SET list names (2.8 fires
+    // UPDATE OF a for SET a=a too). Null: a column counts when its value changed.
+    const std::vector<bool>* assigned = nullptr;
 };
 struct TriggerTable {
     std::string name;
