@@ -36,6 +36,78 @@ size_t NumberEnd(std::string_view sql, size_t i)
     return j;
 }
 
+// Where the blank or comment at i ends; i itself when none starts there.
+size_t SkipEnd(std::string_view sql, size_t i)
+{
+    if (isspace(uint8_t(sql[i])))
+        return i + 1;
+    if (sql.substr(i, 2) == "--") {
+        while (i < sql.size() && sql[i] != '\n')
+            ++i;
+        return i;
+    }
+    if (sql.substr(i, 2) == "/*") {
+        size_t close = sql.find("*/", i + 2);
+        return close == std::string_view::npos ? sql.size() : close + 2;
+    }
+    return i;
+}
+
+// A quoted name or string starting at i; a doubled quote inside (not for
+// [x]) stands for one. Unterminated, it runs to the end of the text.
+Token QuotedToken(std::string_view sql, size_t i)
+{
+    const char closing = sql[i] == '[' ? ']' : sql[i];
+    size_t j = i + 1;
+    while (j < sql.size()) {
+        if (sql[j] == closing) {
+            if (closing == ']' || j + 1 >= sql.size() || sql[j + 1] != closing)
+                break;
+            ++j;
+        }
+        ++j;
+    }
+    return {i, std::min(j + 1, sql.size()), 'q'};
+}
+
+size_t WordEnd(std::string_view sql, size_t j)
+{
+    while (j < sql.size() && IsWordByte(uint8_t(sql[j])))
+        ++j;
+    return j;
+}
+
+bool StartsNumber(std::string_view sql, size_t i)
+{
+    return isdigit(uint8_t(sql[i])) || (sql[i] == '.' && i + 1 < sql.size() && isdigit(uint8_t(sql[i + 1])));
+}
+
+Token NumberToken(std::string_view sql, size_t i)
+{
+    size_t j = NumberEnd(sql, i);
+    // "0x1F" or "12abc" is no plain number: one word.
+    if (j < sql.size() && IsWordByte(uint8_t(sql[j])))
+        return {i, WordEnd(sql, j), 'w'};
+    return {i, j, 'n'};
+}
+
+bool IsQuote(char c)
+{
+    return c == '\'' || c == '"' || c == '`' || c == '[';
+}
+
+// The token starting at i, which is no blank and no comment.
+Token NextToken(std::string_view sql, size_t i)
+{
+    if (IsQuote(sql[i]))
+        return QuotedToken(sql, i);
+    if (StartsNumber(sql, i))
+        return NumberToken(sql, i);
+    if (IsWordByte(uint8_t(sql[i])))
+        return {i, WordEnd(sql, i), 'w'};
+    return {i, i + 1, 'p'};
+}
+
 } // namespace
 
 std::vector<Token> Tokenize(std::string_view sql)
@@ -43,51 +115,12 @@ std::vector<Token> Tokenize(std::string_view sql)
     std::vector<Token> tokens;
     size_t i = 0;
     while (i < sql.size()) {
-        unsigned char c = uint8_t(sql[i]);
-        if (isspace(c)) {
-            ++i;
-        } else if (c == '-' && i + 1 < sql.size() && sql[i + 1] == '-') {
-            while (i < sql.size() && sql[i] != '\n')
-                ++i;
-        } else if (c == '/' && i + 1 < sql.size() && sql[i + 1] == '*') {
-            size_t close = sql.find("*/", i + 2);
-            i = close == std::string_view::npos ? sql.size() : close + 2;
-        } else if (c == '\'' || c == '"' || c == '`' || c == '[') {
-            char closing = c == '[' ? ']' : char(c);
-            size_t j = i + 1;
-            while (j < sql.size()) {
-                if (sql[j] == closing) {
-                    if (closing != ']' && j + 1 < sql.size() && sql[j + 1] == closing) {
-                        j += 2;
-                        continue;
-                    }
-                    break;
-                }
-                ++j;
-            }
-            tokens.push_back({i, std::min(j + 1, sql.size()), 'q'});
-            i = j + 1;
-        } else if (isdigit(c) || (c == '.' && i + 1 < sql.size() && isdigit(uint8_t(sql[i + 1])))) {
-            size_t j = NumberEnd(sql, i);
-            // "0x1F" or "12abc" is no plain number: one word.
-            if (j < sql.size() && IsWordByte(uint8_t(sql[j]))) {
-                while (j < sql.size() && IsWordByte(uint8_t(sql[j])))
-                    ++j;
-                tokens.push_back({i, j, 'w'});
-            } else {
-                tokens.push_back({i, j, 'n'});
-            }
-            i = j;
-        } else if (IsWordByte(c)) {
-            size_t j = i;
-            while (j < sql.size() && IsWordByte(uint8_t(sql[j])))
-                ++j;
-            tokens.push_back({i, j, 'w'});
-            i = j;
-        } else {
-            tokens.push_back({i, i + 1, 'p'});
-            ++i;
+        if (size_t skipped = SkipEnd(sql, i); skipped != i) {
+            i = skipped;
+            continue;
         }
+        tokens.push_back(NextToken(sql, i));
+        i = tokens.back().end;
     }
     return tokens;
 }
