@@ -112,6 +112,179 @@ std::optional<std::string> DefaultAfter(std::string_view sql, const std::vector<
     return sign + Dequote(sql.substr(part[i].begin, part[i].end - part[i].begin));
 }
 
+// True when the words first and second stand at i and i + 1.
+bool WordsAt(std::string_view sql, const std::vector<Token>& part, size_t i, const char* first, const char* second)
+{
+    return i + 1 < part.size() && IsWord(sql, part[i], first) && IsWord(sql, part[i + 1], second);
+}
+
+// A PRIMARY KEY or UNIQUE constraint: the unique index it implies.
+struct Key {
+    bool isPrimary;
+    std::vector<int> columns;
+    Conflict conflict;
+};
+
+// Reads the parts of a column list (column definitions, then table
+// constraints) into a TableInfo, one part at a time.
+class TableParser {
+public:
+    TableParser(std::string_view sql, TableInfo& info) : sql(sql), info(info) {}
+
+    // False for an empty part.
+    bool ParsePart(const std::vector<Token>& part)
+    {
+        if (part.empty())
+            return false;
+        // Everything after the first table constraint is read as one.
+        inConstraints = inConstraints || IsTableConstraintStart(part[0]);
+        if (inConstraints)
+            ParseTableConstraint(part);
+        else
+            ParseColumn(part);
+        return true;
+    }
+
+    // Once every part is read: the rowid column and the automatic indexes.
+    void Finish()
+    {
+        FindIntegerPrimaryKey();
+        // Column constraints create their indexes before table constraints.
+        AddAutomaticIndexes(columnKeys);
+        AddAutomaticIndexes(tableKeys);
+    }
+
+private:
+    bool IsTableConstraintStart(const Token& first) const
+    {
+        for (const char* word : {"CONSTRAINT", "PRIMARY", "UNIQUE", "CHECK", "FOREIGN"})
+            if (IsWord(sql, first, word))
+                return true;
+        return false;
+    }
+
+    // Only the first PRIMARY KEY or UNIQUE of a table constraint counts.
+    void ParseTableConstraint(const std::vector<Token>& part)
+    {
+        for (size_t i = 0; i < part.size(); ++i) {
+            const bool isPrimary = WordsAt(sql, part, i, "PRIMARY", "KEY");
+            if (isPrimary || IsWord(sql, part[i], "UNIQUE")) {
+                AddTableKey(part, i, isPrimary);
+                return;
+            }
+        }
+    }
+
+    // The key whose first word is at i: its column list, then ON CONFLICT
+    // after the closing parenthesis.
+    void AddTableKey(const std::vector<Token>& part, size_t i, bool isPrimary)
+    {
+        std::vector<int> keyColumns = ColumnPositions(NamesInParentheses(sql, part, i + (isPrimary ? 2 : 1)));
+        if (isPrimary)
+            primaryKey.insert(primaryKey.end(), keyColumns.begin(), keyColumns.end());
+        size_t after = i + 1;
+        while (after < part.size() && !IsPunct(sql, part[after], ')'))
+            ++after;
+        tableKeys.push_back({isPrimary, keyColumns, ConflictAfter(sql, part, after + 1)});
+    }
+
+    // Names unknown to the table are skipped.
+    std::vector<int> ColumnPositions(const std::vector<std::string>& names) const
+    {
+        std::vector<int> positions;
+        for (const std::string& name : names)
+            for (size_t c = 0; c < info.columns.size(); ++c)
+                if (strcasecmp(info.columns[c].name.c_str(), name.c_str()) == 0)
+                    positions.push_back(int(c));
+        return positions;
+    }
+
+    // A name, a declared type, then column constraints.
+    void ParseColumn(const std::vector<Token>& part)
+    {
+        ColumnInfo column;
+        column.name = DequotedName(sql, part[0]);
+        for (size_t i = ParseType(part, column); i < part.size(); ++i)
+            ParseColumnConstraint(part, i, column);
+        info.columns.push_back(column);
+    }
+
+    // The type is every token after the name up to the first constraint word
+    // outside parentheses. Returns the position of that word.
+    size_t ParseType(const std::vector<Token>& part, ColumnInfo& column) const
+    {
+        const size_t typeBegin = part.size() > 1 ? part[1].begin : 0;
+        size_t typeEnd = typeBegin;
+        int depth = 0;
+        size_t i = 1;
+        for (; i < part.size(); ++i) {
+            if (depth == 0 && IsConstraintStart(sql, part[i]))
+                break;
+            if (IsPunct(sql, part[i], '('))
+                ++depth;
+            if (IsPunct(sql, part[i], ')'))
+                --depth;
+            typeEnd = part[i].end;
+        }
+        column.type = std::string(sql.substr(typeBegin, typeEnd - typeBegin));
+        column.numeric = !IsTextType(column.type);
+        return i;
+    }
+
+    // The constraint word at i, if any. Every token after the type is tried,
+    // those inside CHECK (...) too.
+    void ParseColumnConstraint(const std::vector<Token>& part, size_t i, ColumnInfo& column)
+    {
+        const int self = int(info.columns.size());
+        if (WordsAt(sql, part, i, "PRIMARY", "KEY"))
+            AddColumnPrimaryKey(part, i, self);
+        if (IsWord(sql, part[i], "UNIQUE"))
+            columnKeys.push_back({false, {self}, ConflictAfter(sql, part, i + 1)});
+        if (WordsAt(sql, part, i, "NOT", "NULL")) {
+            column.notNull = true;
+            column.notNullConflict = ConflictAfter(sql, part, i + 2);
+        }
+        if (IsWord(sql, part[i], "DEFAULT"))
+            column.defaultValue = DefaultAfter(sql, part, i + 1);
+        if (IsWord(sql, part[i], "COLLATE") && i + 1 < part.size())
+            column.numeric = !IsTextType(TokenText(sql, part[i + 1]));
+    }
+
+    // PRIMARY KEY at i, an optional ASC or DESC, then ON CONFLICT.
+    void AddColumnPrimaryKey(const std::vector<Token>& part, size_t i, int self)
+    {
+        primaryKey.push_back(self);
+        size_t after = i + 2;
+        if (after < part.size() && (IsWord(sql, part[after], "ASC") || IsWord(sql, part[after], "DESC")))
+            ++after;
+        columnKeys.push_back({true, {self}, ConflictAfter(sql, part, after)});
+    }
+
+    // A primary key of one column declared INTEGER is the rowid.
+    void FindIntegerPrimaryKey()
+    {
+        if (primaryKey.size() == 1 &&
+            strcasecmp(WithoutSpace(info.columns[size_t(primaryKey[0])].type).c_str(), "INTEGER") == 0)
+            info.integerPrimaryKey = primaryKey[0];
+    }
+
+    // The rowid needs no index; a key of no known column gets none.
+    void AddAutomaticIndexes(const std::vector<Key>& keys)
+    {
+        for (const Key& key : keys)
+            if (!(key.isPrimary && info.integerPrimaryKey >= 0) && !key.columns.empty()) {
+                info.automaticIndexes.push_back(key.columns);
+                info.automaticIndexConflicts.push_back(key.conflict);
+            }
+    }
+
+    std::string_view sql;
+    TableInfo& info;
+    std::vector<int> primaryKey; // columns of every PRIMARY KEY, in statement order
+    std::vector<Key> columnKeys, tableKeys; // each in statement order
+    bool inConstraints = false;
+};
+
 } // namespace
 
 bool IsTextType(std::string_view type)
@@ -139,93 +312,14 @@ bool ParseTableDefinition(std::string_view sql, TableInfo& info)
     if (parts.empty())
         return false;
 
-    std::vector<int> primaryKey;
-    // Key constraints in statement order: (is primary key, columns).
-    struct Key {
-        bool isPrimary;
-        std::vector<int> columns;
-        Conflict conflict;
-    };
-    std::vector<Key> columnKeys, tableKeys;
-    bool inConstraints = false;
-    for (const auto& part : parts) {
-        if (part.empty())
+    TableParser parser(sql, info);
+    for (const auto& part : parts)
+        if (!parser.ParsePart(part))
             return false;
-        const Token& first = part[0];
-        if (inConstraints || IsWord(sql, first, "CONSTRAINT") || IsWord(sql, first, "PRIMARY") ||
-            IsWord(sql, first, "UNIQUE") || IsWord(sql, first, "CHECK") || IsWord(sql, first, "FOREIGN")) {
-            inConstraints = true;
-            for (size_t i = 0; i < part.size(); ++i) {
-                bool isPrimary = i + 1 < part.size() && IsWord(sql, part[i], "PRIMARY") && IsWord(sql, part[i + 1], "KEY");
-                if (!isPrimary && !IsWord(sql, part[i], "UNIQUE"))
-                    continue;
-                std::vector<int> keyColumns;
-                for (const std::string& name : NamesInParentheses(sql, part, i + (isPrimary ? 2 : 1)))
-                    for (size_t c = 0; c < info.columns.size(); ++c)
-                        if (strcasecmp(info.columns[c].name.c_str(), name.c_str()) == 0)
-                            keyColumns.push_back(int(c));
-                if (isPrimary)
-                    primaryKey.insert(primaryKey.end(), keyColumns.begin(), keyColumns.end());
-                size_t after = i + 1;
-                while (after < part.size() && !IsPunct(sql, part[after], ')'))
-                    ++after;
-                tableKeys.push_back({isPrimary, keyColumns, ConflictAfter(sql, part, after + 1)});
-                break;
-            }
-            continue;
-        }
-        ColumnInfo column;
-        column.name = Dequote(sql.substr(first.begin, first.end - first.begin));
-        size_t i = 1;
-        size_t typeBegin = part.size() > 1 ? part[1].begin : 0;
-        size_t typeEnd = typeBegin;
-        int depth = 0;
-        for (; i < part.size(); ++i) {
-            if (depth == 0 && IsConstraintStart(sql, part[i]))
-                break;
-            if (IsPunct(sql, part[i], '('))
-                ++depth;
-            if (IsPunct(sql, part[i], ')'))
-                --depth;
-            typeEnd = part[i].end;
-        }
-        column.type = std::string(sql.substr(typeBegin, typeEnd - typeBegin));
-        column.numeric = !IsTextType(column.type);
-        for (; i < part.size(); ++i) {
-            const int self = int(info.columns.size());
-            if (IsWord(sql, part[i], "PRIMARY") && i + 1 < part.size() && IsWord(sql, part[i + 1], "KEY")) {
-                primaryKey.push_back(self);
-                size_t after = i + 2;
-                if (after < part.size() && (IsWord(sql, part[after], "ASC") || IsWord(sql, part[after], "DESC")))
-                    ++after;
-                columnKeys.push_back({true, {self}, ConflictAfter(sql, part, after)});
-            }
-            if (IsWord(sql, part[i], "UNIQUE"))
-                columnKeys.push_back({false, {self}, ConflictAfter(sql, part, i + 1)});
-            if (IsWord(sql, part[i], "NOT") && i + 1 < part.size() && IsWord(sql, part[i + 1], "NULL")) {
-                column.notNull = true;
-                column.notNullConflict = ConflictAfter(sql, part, i + 2);
-            }
-            if (IsWord(sql, part[i], "DEFAULT"))
-                column.defaultValue = DefaultAfter(sql, part, i + 1);
-            if (IsWord(sql, part[i], "COLLATE") && i + 1 < part.size())
-                column.numeric = !IsTextType(sql.substr(part[i + 1].begin, part[i + 1].end - part[i + 1].begin));
-        }
-        info.columns.push_back(column);
-    }
     if (info.columns.empty())
         return false;
-    if (primaryKey.size() == 1 && strcasecmp(WithoutSpace(info.columns[size_t(primaryKey[0])].type).c_str(),
-                                             "INTEGER") == 0)
-        info.integerPrimaryKey = primaryKey[0];
-    for (const auto* keys : {&columnKeys, &tableKeys})
-        for (const Key& key : *keys)
-            if (!(key.isPrimary && info.integerPrimaryKey >= 0) && !key.columns.empty()) {
-                info.automaticIndexes.push_back(key.columns);
-                info.automaticIndexConflicts.push_back(key.conflict);
-            }
+    parser.Finish();
     info.storedLength = close < tokens.size() ? tokens[close].end : sql.size();
-
     return true;
 }
 
