@@ -39,6 +39,88 @@ bool ReadRow(std::string_view key, std::string_view data, SchemaRow& row)
     return true;
 }
 
+// Every row of sqlite_master (page 2), in rowid order.
+Status ReadRows(BTree& tree, std::vector<SchemaRow>& rows)
+{
+    Cursor cursor(tree, 2);
+    Status status = cursor.First();
+    for (; status && cursor.Valid(); status = cursor.Next()) {
+        std::string key, data;
+        if (Status read = cursor.Key(key); !read)
+            return read;
+        if (Status read = cursor.Data(data); !read)
+            return read;
+        SchemaRow row;
+        if (!ReadRow(key, data, row))
+            return {kCorrupt, "malformed database schema"};
+        rows.push_back(row);
+    }
+    return status;
+}
+
+void AddTable(Schema& schema, const SchemaRow& row)
+{
+    TableSchema table{row.name, row.root, *row.sql, {}, {}};
+    if (ParseTableDefinition(*row.sql, table.info))
+        schema.tables[Lower(row.name)] = std::move(table);
+}
+
+// A CREATE INDEX text: its columns must all be columns of the table.
+bool ReadExplicitIndex(const std::string& sql, const TableSchema& table, IndexSchema& index)
+{
+    std::vector<std::string> names;
+    if (!ParseCreateIndexColumns(sql, names) || !IndexColumns(table.info, names, index.columns))
+        return false;
+    index.unique = IsUniqueIndexText(sql);
+    return true;
+}
+
+// An index without text: one the table's constraints imply, by its number.
+bool ReadAutomaticIndex(const std::string& name, const TableSchema& table, IndexSchema& index)
+{
+    int number = AutomaticIndexNumber(name, table.name);
+    if (number < 1 || size_t(number) > table.info.automaticIndexes.size())
+        return false;
+    index.columns = table.info.automaticIndexes[size_t(number) - 1];
+    index.conflict = table.info.automaticIndexConflicts[size_t(number) - 1];
+    index.unique = true;
+    return true;
+}
+
+void AddIndex(Schema& schema, const SchemaRow& row)
+{
+    TableSchema* table = schema.FindTable(row.table);
+    if (!table)
+        return;
+    IndexSchema index{row.name, table->name, row.root, {}, false, Conflict::Default};
+    const bool read = row.sql ? ReadExplicitIndex(*row.sql, *table, index) : ReadAutomaticIndex(row.name, *table, index);
+    if (read)
+        table->indexes.push_back(std::move(index));
+}
+
+void AddTrigger(Schema& schema, const SchemaRow& row)
+{
+    TriggerDefinition trigger;
+    if (ParseCreateTrigger(*row.sql, trigger)) {
+        schema.triggers.push_back(std::move(trigger));
+        schema.triggerRows.push_back(row);
+    }
+}
+
+// One row of sqlite_master into the schema; a row that does not load is left
+// out (an index finds only the tables of earlier rows).
+void AddRow(Schema& schema, const SchemaRow& row)
+{
+    if (row.type == "table" && row.sql)
+        AddTable(schema, row);
+    else if (row.type == "index")
+        AddIndex(schema, row);
+    else if (row.type == "view" && row.sql)
+        schema.views.push_back(row);
+    else if (row.type == "trigger" && row.sql)
+        AddTrigger(schema, row);
+}
+
 } // namespace
 
 std::string Lower(std::string text)
@@ -68,56 +150,10 @@ Status Schema::Load(BTree& tree)
     *this = Schema();
     if (tree.IsEmpty())
         return Status::Ok();
-    Cursor cursor(tree, 2);
-    Status status = cursor.First();
-    for (; status && cursor.Valid(); status = cursor.Next()) {
-        std::string key, data;
-        if (Status read = cursor.Key(key); !read)
-            return read;
-        if (Status read = cursor.Data(data); !read)
-            return read;
-        SchemaRow row;
-        if (!ReadRow(key, data, row))
-            return {kCorrupt, "malformed database schema"};
-        rows.push_back(row);
-    }
-    if (!status)
+    if (Status status = ReadRows(tree, rows); !status)
         return status;
-    for (const SchemaRow& row : rows) {
-        if (row.type == "table" && row.sql) {
-            TableSchema table{row.name, row.root, *row.sql, {}, {}};
-            if (!ParseTableDefinition(*row.sql, table.info))
-                continue;
-            tables[Lower(row.name)] = std::move(table);
-        } else if (row.type == "index") {
-            TableSchema* table = FindTable(row.table);
-            if (!table)
-                continue;
-            IndexSchema index{row.name, table->name, row.root, {}, false, Conflict::Default};
-            if (row.sql) {
-                std::vector<std::string> names;
-                if (!ParseCreateIndexColumns(*row.sql, names) || !IndexColumns(table->info, names, index.columns))
-                    continue;
-                index.unique = IsUniqueIndexText(*row.sql);
-            } else {
-                int number = AutomaticIndexNumber(row.name, table->name);
-                if (number < 1 || size_t(number) > table->info.automaticIndexes.size())
-                    continue;
-                index.columns = table->info.automaticIndexes[size_t(number) - 1];
-                index.conflict = table->info.automaticIndexConflicts[size_t(number) - 1];
-                index.unique = true;
-            }
-            table->indexes.push_back(std::move(index));
-        } else if (row.type == "view" && row.sql) {
-            views.push_back(row);
-        } else if (row.type == "trigger" && row.sql) {
-            TriggerDefinition trigger;
-            if (ParseCreateTrigger(*row.sql, trigger)) {
-                triggers.push_back(std::move(trigger));
-                triggerRows.push_back(row);
-            }
-        }
-    }
+    for (const SchemaRow& row : rows)
+        AddRow(*this, row);
     return Status::Ok();
 }
 
