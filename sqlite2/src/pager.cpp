@@ -313,6 +313,15 @@ private:
     std::vector<uint8_t> pending;
 };
 
+// A page's original content into the journal, created on the first need.
+Status JournalOriginal(JournalWriter& journal, uint32_t originalPages, uint32_t n, const PageBuffer& original)
+{
+    if (!journal.Created())
+        if (Status status = journal.Create(originalPages); !status)
+            return status;
+    return journal.Add(n, original.bytes);
+}
+
 } // namespace
 
 struct Pager::State {
@@ -519,6 +528,11 @@ struct Pager::State {
 
     Status RollBackHotJournal();
     Status WriteBack();
+    std::vector<uint32_t> ChangedPages() const;
+    Status JournalChangedPages(JournalWriter& journal, uint32_t originalPages, std::vector<uint32_t>& toWrite);
+    Status JournalCutOffPages(JournalWriter& journal, uint32_t originalPages);
+    int WriteToFile(const std::vector<uint32_t>& toWrite, uint32_t originalPages);
+    Status RestoreAfterFailedWrite(Status status);
 };
 
 // Called holding the read lock with a journal present: its writer is dead
@@ -546,46 +560,11 @@ Status Pager::State::RollBackHotJournal()
 Status Pager::State::WriteBack()
 {
     const uint32_t originalPages = filePages;
-    std::vector<uint32_t> changed;
-    for (auto& [n, entry] : cache)
-        if (entry.dirty)
-            changed.push_back(n);
-    std::sort(changed.begin(), changed.end());
-
     JournalWriter journal(journalPath);
-    auto journalOriginal = [&](uint32_t n, const PageBuffer& original) -> Status {
-        if (!journal.Created())
-            if (Status status = journal.Create(originalPages); !status)
-                return status;
-        return journal.Add(n, original.bytes);
-    };
-
     std::vector<uint32_t> toWrite;
-    PageBuffer original;
-    Status status;
-    for (uint32_t n : changed) {
-        if (n <= originalPages) {
-            // The file still holds the original: the write lock kept everyone out.
-            if (!ReadPageFromFile(fd, n, original.bytes)) {
-                status = Status::IoError();
-                break;
-            }
-            Entry& entry = cache.at(n);
-            if (memcmp(original.bytes, entry.page->bytes, kPageSize) == 0) {
-                MakeClean(n, entry);
-                continue;
-            }
-            if (status = journalOriginal(n, original); !status)
-                break;
-        }
-        toWrite.push_back(n);
-    }
-    for (uint32_t n = pageCount + 1; status && n <= originalPages; ++n) {
-        if (!ReadPageFromFile(fd, n, original.bytes))
-            status = Status::IoError();
-        else
-            status = journalOriginal(n, original);
-    }
+    Status status = JournalChangedPages(journal, originalPages, toWrite);
+    if (status)
+        status = JournalCutOffPages(journal, originalPages);
     if (status && toWrite.empty() && pageCount == originalPages)
         return Status::Ok(); // nothing changed: no journal, no write
     if (status && !journal.Created())
@@ -596,24 +575,81 @@ Status Pager::State::WriteBack()
         journal.Discard(); // the file was not touched
         return status;
     }
+    if (int error = WriteToFile(toWrite, originalPages))
+        return RestoreAfterFailedWrite(FromErrno(error));
+    return Status::Ok(); // like 2.8, the deletion is not synced: a lost one only rolls back
+}
 
-    int error = 0;
-    for (size_t i = 0; !error && i < toWrite.size(); ++i)
-        error = WriteAll(fd, cache.at(toWrite[i]).page->bytes, kPageSize, off_t(toWrite[i] - 1) * kPageSize);
-    if (!error && pageCount < originalPages)
-        error = TruncateFile(fd, off_t(pageCount) * kPageSize);
-    if (!error)
-        error = Sync(fd);
-    if (!error) {
-        BeforeFileChange();
-        if (unlink(journalPath.c_str()) != 0) // the commit point
-            error = errno;
+// The changed pages in page order.
+std::vector<uint32_t> Pager::State::ChangedPages() const
+{
+    std::vector<uint32_t> changed;
+    for (const auto& [n, entry] : cache)
+        if (entry.dirty)
+            changed.push_back(n);
+    std::sort(changed.begin(), changed.end());
+    return changed;
+}
+
+// Journals the original of each changed page the file holds and lists the
+// pages to write; a page changed back to its original is clean again.
+Status Pager::State::JournalChangedPages(JournalWriter& journal, uint32_t originalPages,
+                                         std::vector<uint32_t>& toWrite)
+{
+    PageBuffer original;
+    for (uint32_t n : ChangedPages()) {
+        if (n <= originalPages) {
+            // The file still holds the original: the write lock kept everyone out.
+            if (!ReadPageFromFile(fd, n, original.bytes))
+                return Status::IoError();
+            Entry& entry = cache.at(n);
+            if (memcmp(original.bytes, entry.page->bytes, kPageSize) == 0) {
+                MakeClean(n, entry);
+                continue;
+            }
+            if (Status status = JournalOriginal(journal, originalPages, n, original); !status)
+                return status;
+        }
+        toWrite.push_back(n);
     }
-    if (!error)
-        return Status::Ok(); // like 2.8, the deletion is not synced: a lost one only rolls back
+    return Status::Ok();
+}
 
+// Journals the pages the write cuts off.
+Status Pager::State::JournalCutOffPages(JournalWriter& journal, uint32_t originalPages)
+{
+    PageBuffer original;
+    for (uint32_t n = pageCount + 1; n <= originalPages; ++n) {
+        if (!ReadPageFromFile(fd, n, original.bytes))
+            return Status::IoError();
+        if (Status status = JournalOriginal(journal, originalPages, n, original); !status)
+            return status;
+    }
+    return Status::Ok();
+}
 
-    status = FromErrno(error);
+// With the journal durable: the pages into the file, the cut, a sync, then
+// the journal's deletion, which commits. 0 or the errno of the failure.
+int Pager::State::WriteToFile(const std::vector<uint32_t>& toWrite, uint32_t originalPages)
+{
+    for (uint32_t n : toWrite)
+        if (int error = WriteAll(fd, cache.at(n).page->bytes, kPageSize, off_t(n - 1) * kPageSize))
+            return error;
+    if (pageCount < originalPages)
+        if (int error = TruncateFile(fd, off_t(pageCount) * kPageSize))
+            return error;
+    if (int error = Sync(fd))
+        return error;
+    BeforeFileChange();
+    if (unlink(journalPath.c_str()) != 0) // the commit point
+        return errno;
+    return 0;
+}
+
+// After WriteToFile failed: the old content back from the journal; returns
+// the failure.
+Status Pager::State::RestoreAfterFailedWrite(Status status)
+{
     if (PlayBack(fd, journalPath) && unlink(journalPath.c_str()) == 0) {
         SyncDirectory(journalPath);
         return status;
