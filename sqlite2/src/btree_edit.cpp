@@ -78,14 +78,20 @@ Status TreeEdit::Insert(const Path& path, std::string_view key, std::string_view
     return Rebalance(path);
 }
 
+Status TreeEdit::CellAt(const Path& path, Node*& node, size_t& index)
+{
+    if (Status status = Load(path.back().page, node); !status)
+        return status;
+    index = size_t(path.back().index);
+    return index < node->cells.size() ? Status::Ok() : Status::Corrupt();
+}
+
 Status TreeEdit::Replace(const Path& path, std::string_view key, std::string_view data)
 {
     Node* node = nullptr;
-    if (Status status = Load(path.back().page, node); !status)
+    size_t index = 0;
+    if (Status status = CellAt(path, node, index); !status)
         return status;
-    const size_t index = size_t(path.back().index);
-    if (index >= node->cells.size())
-        return Status::Corrupt();
     const NodeCell& old = node->cells[index];
     std::vector<uint32_t> chain;
     if (Status status = ChainPages(tree.Pages(), tree.Order(), old.overflow, old.Payload(), chain); !status)
@@ -101,11 +107,9 @@ Status TreeEdit::Replace(const Path& path, std::string_view key, std::string_vie
 Status TreeEdit::Remove(Path path)
 {
     Node* node = nullptr;
-    if (Status status = Load(path.back().page, node); !status)
+    size_t index = 0;
+    if (Status status = CellAt(path, node, index); !status)
         return status;
-    const size_t index = size_t(path.back().index);
-    if (index >= node->cells.size())
-        return Status::Corrupt();
     const uint32_t page = path.back().page;
     NodeCell removed = std::move(node->cells[index]);
     if (Status status = FreeChain(tree, removed.overflow, removed.Payload()); !status)

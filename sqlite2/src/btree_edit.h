@@ -47,6 +47,9 @@ private:
     };
 
     Status Load(uint32_t page, Node*& node);
+    // The node and index of the cell the path ends at; Corrupt when the page
+    // has no such cell.
+    Status CellAt(const Path& path, Node*& node, size_t& index);
     Node& Change(uint32_t page);
     Status MakeCell(std::string_view key, std::string_view data, const std::vector<uint32_t>& reuse,
                     NodeCell& cell);

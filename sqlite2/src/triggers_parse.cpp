@@ -144,6 +144,21 @@ private:
         return true;
     }
 
+    // Moves on to the first token outside parentheses that stop accepts, or
+    // to the end.
+    template <typename Stop>
+    void SkipToOutsideParentheses(Stop stop)
+    {
+        for (int depth = 0; !AtEnd(); ++i) {
+            if (Punct('('))
+                ++depth;
+            else if (Punct(')'))
+                --depth;
+            else if (depth <= 0 && stop())
+                break;
+        }
+    }
+
     // WHEN expr: the expression runs to the first BEGIN outside parentheses.
     // 2.8 reads a BEGIN right after WHEN as a name in the expression, so
     // what it trips over is the token after it.
@@ -152,15 +167,7 @@ private:
         if (!Word("WHEN"))
             return true;
         const size_t first = ++i;
-        int depth = 0;
-        for (; !AtEnd(); ++i) {
-            if (Punct('('))
-                ++depth;
-            else if (Punct(')'))
-                --depth;
-            else if (depth <= 0 && Word("BEGIN"))
-                break;
-        }
+        SkipToOutsideParentheses([this] { return Word("BEGIN"); });
         if (AtEnd())
             return Fail();
         if (i == first) {
@@ -190,15 +197,7 @@ private:
     bool Statement()
     {
         const size_t first = i;
-        int depth = 0;
-        for (; !AtEnd(); ++i) {
-            if (Punct('('))
-                ++depth;
-            else if (Punct(')'))
-                --depth;
-            else if (depth <= 0 && Punct(';'))
-                break;
-        }
+        SkipToOutsideParentheses([this] { return Punct(';'); });
         if (AtEnd())
             return Fail();
         trigger.statements.emplace_back(sql.substr(tokens[first].begin, tokens[i - 1].end - tokens[first].begin));
