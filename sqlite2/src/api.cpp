@@ -153,7 +153,7 @@ sqlite* sqlite_open(const char* filename, int, char** errmsg)
         *errmsg = nullptr;
     sqlite* db = new (std::nothrow) sqlite;
     if (!db) {
-        SetMessage(errmsg, "out of memory");
+        SetMessage(errmsg, sqlite2::message::noMemory);
         return nullptr;
     }
     sqlite2::Status status =

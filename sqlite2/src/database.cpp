@@ -109,7 +109,7 @@ Status Database::RebuildConnection()
     // threads: its mutex would only cost a lock per call, several per value.
     if (sqlite3_open_v2(":memory:", &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
                         nullptr) != SQLITE_OK)
-        return {kNoMemory, "out of memory"};
+        return Status::NoMemory();
     Install28Rules(connection);
     triggers = std::make_unique<TriggerRunner>(connection);
     declared.clear();

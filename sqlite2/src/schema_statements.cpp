@@ -170,7 +170,7 @@ Status Database::CreateIndex(std::string_view body, bool unique)
     const std::string tableName = DequotedName(body, tokens[at]);
     TableSchema* table = schema.FindTable(tableName);
     if (!table)
-        return {kError, "no such table: " + tableName};
+        return Status::NoSuchTable(tableName);
     if (NameTaken(schema, name))
         return {kError, "index " + name + " already exists"};
     std::vector<std::string> names;
@@ -241,7 +241,7 @@ Status Database::CreateTrigger(std::string_view body)
         onView |= SameName(row.name, trigger.table);
     const TableSchema* table = schema.FindTable(trigger.table);
     if (!table && !onView)
-        return {kError, "no such table: " + trigger.table};
+        return Status::NoSuchTable(trigger.table);
     if (onView && trigger.timing != TriggerDefinition::Timing::InsteadOf)
         return {kError, "cannot create " +
                             std::string(trigger.timing == TriggerDefinition::Timing::Before ? "BEFORE" : "AFTER") +

@@ -30,6 +30,8 @@ inline constexpr const char* ioError = "disk I/O error";
 inline constexpr const char* corrupt = "database disk image is malformed";
 inline constexpr const char* notADatabase = "file is encrypted or is not a database";
 inline constexpr const char* cantOpen = "unable to open database file";
+inline constexpr const char* noMemory = "out of memory";
+inline constexpr const char* noSuchTable = "no such table: "; // followed by the name
 } // namespace message
 
 // The outcome of an operation of the engine: a code and, for a failure, the
@@ -45,6 +47,8 @@ public:
     static Status Full() { return {kFull, message::full}; }
     static Status IoError() { return {kIoError, message::ioError}; }
     static Status Corrupt() { return {kCorrupt, message::corrupt}; }
+    static Status NoMemory() { return {kNoMemory, message::noMemory}; }
+    static Status NoSuchTable(const std::string& name) { return {kError, message::noSuchTable + name}; }
 
     bool ok() const { return code == kOk; }
     explicit operator bool() const { return ok(); }

@@ -73,7 +73,7 @@ int Connect(sqlite3* db, void* aux, int argc, const char* const* argv, sqlite3_v
         vtab->name = "sqlite_master";
     const TableSchema* table = vtab->Table();
     if (!table) {
-        *error = sqlite3_mprintf("no such table: %s", vtab->name.c_str());
+        *error = sqlite3_mprintf("%s%s", message::noSuchTable, vtab->name.c_str());
         return SQLITE_ERROR;
     }
     sqlite3_vtab_config(db, SQLITE_VTAB_CONSTRAINT_SUPPORT, 1);

@@ -199,7 +199,7 @@ Status RowWriter::Fire(Timing timing, Event event, const Row* oldRow, int32_t ol
                                   newRow ? &after : nullptr, skip);
     --database.TriggerDepth();
     // Inside a trigger program 2.8 names a missing table with its database.
-    const std::string missing = "no such table: ";
+    const std::string missing = message::noSuchTable;
     if (!status && status.Message().compare(0, missing.size(), missing) == 0 &&
         status.Message().find('.') == std::string::npos)
         return {status.Code(), missing + "main." + status.Message().substr(missing.size())};
@@ -289,7 +289,7 @@ int UpdateRow(sqlite3_vtab* base, int argc, sqlite3_value** argv, sqlite3_int64*
         return Fail(base, {kError, "table sqlite_master may not be modified"});
     const TableSchema* table = vtab->Table();
     if (!table)
-        return Fail(base, {kError, "no such table: " + vtab->name});
+        return Fail(base, Status::NoSuchTable(vtab->name));
     Database& database = *vtab->database;
     const bool topLevel = database.TriggerDepth() == 0;
     if (topLevel)
