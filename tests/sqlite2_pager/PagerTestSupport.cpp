@@ -2,8 +2,6 @@
 
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
-#include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,19 +18,6 @@ void CountingObserver()
         _exit(77);
     if (writesBeforeExit > 0)
         --writesBeforeExit;
-}
-
-std::string ReadFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
-}
-
-void WriteFile(const std::string& path, const std::string& bytes)
-{
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 bool Exists(const std::string& path)
@@ -88,6 +73,47 @@ bool WritePatternPage(sqlite2::Pager& pager, uint32_t n, char version)
         return false;
     Fill(page, PatternPage(n, version));
     return true;
+}
+
+bool WritePatternPages(sqlite2::Pager& pager, std::initializer_list<uint32_t> pages, char version)
+{
+    for (uint32_t n : pages)
+        if (!WritePatternPage(pager, n, version))
+            return false;
+    return true;
+}
+
+bool WritePatternPagesUpTo(sqlite2::Pager& pager, uint32_t last, char version)
+{
+    for (uint32_t n = 1; n <= last; ++n)
+        if (!WritePatternPage(pager, n, version))
+            return false;
+    return true;
+}
+
+bool AppendPatternPages(sqlite2::Pager& pager, int count, char version)
+{
+    for (int i = 0; i < count; ++i)
+        if (!WritePatternPage(pager, pager.PageCount() + 1, version))
+            return false;
+    return true;
+}
+
+::testing::AssertionResult PagerFileTest::OpenPager(Locks locks)
+{
+    if (!pager.Open(path))
+        return ::testing::AssertionFailure() << "cannot open " << path;
+    if ((locks == Locks::kRead || locks == Locks::kWrite) && !pager.BeginRead())
+        return ::testing::AssertionFailure() << "no read lock";
+    if ((locks == Locks::kWrite || locks == Locks::kWriteFromUnlocked) && !pager.BeginWrite())
+        return ::testing::AssertionFailure() << "no write lock";
+    return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult PagerFileTest::OpenPager(const std::string& bytes, Locks locks)
+{
+    WriteWholeFile(path, bytes);
+    return OpenPager(locks);
 }
 
 namespace {

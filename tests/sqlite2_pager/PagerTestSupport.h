@@ -3,18 +3,21 @@
 // Helpers of the pager tests: files made of recognisable pages, and other
 // processes (the pager's locks are per process, so a second user of a file
 // must be a second process).
+#include "TempDir.h"
+#include "TestFiles.h"
 #include "pager.h"
+
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string>
 
 namespace pagertest {
 
 constexpr size_t kPage = sqlite2::kPageSize;
 
-std::string ReadFile(const std::string& path);
-void WriteFile(const std::string& path, const std::string& bytes);
 bool Exists(const std::string& path);
 
 // A page whose bytes tell its number and a version apart from every other.
@@ -28,7 +31,30 @@ void SetPage(std::string& file, uint32_t n, const std::string& page);
 std::string Bytes(const sqlite2::PageHandle& page);
 // Page n of the pager (writing) set to PatternPage(n, version).
 bool WritePatternPage(sqlite2::Pager& pager, uint32_t n, char version);
+// The same for each of the pages, for pages 1..last, or for `count` pages
+// appended one after the other; false at the first that fails.
+bool WritePatternPages(sqlite2::Pager& pager, std::initializer_list<uint32_t> pages, char version);
+bool WritePatternPagesUpTo(sqlite2::Pager& pager, uint32_t last, char version);
+bool AppendPatternPages(sqlite2::Pager& pager, int count, char version);
 void Fill(const sqlite2::PageHandle& page, const std::string& bytes);
+
+// The locks a test's pager takes before the test goes on: none, the read
+// lock, the read lock and then the write lock, or the write lock straight
+// from unlocked.
+enum class Locks { kNone, kRead, kWrite, kWriteFromUnlocked };
+
+// A test with its own folder, a database file in it and a pager for that file.
+class PagerFileTest : public ::testing::Test {
+protected:
+    // Opens the pager on the file and takes the locks.
+    ::testing::AssertionResult OpenPager(Locks locks);
+    // The same, once the file has been given these bytes.
+    ::testing::AssertionResult OpenPager(const std::string& bytes, Locks locks);
+
+    TempDir dir;
+    const std::string path = dir.File("pages.db");
+    sqlite2::Pager pager;
+};
 
 // Runs body in a child process and returns what it reports ("" when all was
 // well), or why the child did not finish. With unprivileged, a child of root

@@ -21,7 +21,7 @@ using Change = std::function<bool(Pager&)>;
 // The file as it was before the commit, without a journal.
 void Restore(const std::string& path, const std::string& content)
 {
-    WriteFile(path, content);
+    WriteWholeFile(path, content);
     unlink((path + "-journal").c_str());
 }
 
@@ -48,7 +48,7 @@ std::string Recover(const std::string& path)
     Pager pager;
     if (!pager.Open(path) || !pager.BeginRead())
         return "(cannot read)";
-    return ReadFile(path);
+    return ReadWholeFile(path);
 }
 
 struct Scenario {
@@ -65,10 +65,10 @@ TEST_P(PagerCrash, EveryInterruptedCommitRollsBackToTheOldContent)
     const Scenario& scenario = GetParam();
     TempDir dir;
     const std::string path = dir.File("crash.db");
-    const std::string old = ReadFile(std::string(FIXTURES_DIR) + "/big.db");
+    const std::string old = ReadWholeFile(FixturePath("big.db"));
     Restore(path, old);
     ASSERT_TRUE(CommitInChild(path, scenario.change, -1));
-    const std::string updated = ReadFile(path);
+    const std::string updated = ReadWholeFile(path);
     ASSERT_NE(updated, old);
 
     long writes = 0;
@@ -93,7 +93,7 @@ TEST_P(PagerCrash, AnInterruptedRollbackIsFinishedByTheNextReader)
     const Scenario& scenario = GetParam();
     TempDir dir;
     const std::string path = dir.File("crash.db");
-    const std::string old = ReadFile(std::string(FIXTURES_DIR) + "/big.db");
+    const std::string old = ReadWholeFile(FixturePath("big.db"));
 
     // A journal left just before the commit point: every page written.
     long lastWrite = 0;
@@ -106,12 +106,12 @@ TEST_P(PagerCrash, AnInterruptedRollbackIsFinishedByTheNextReader)
     Restore(path, old);
     ASSERT_FALSE(CommitInChild(path, scenario.change, lastWrite));
     ASSERT_TRUE(Exists(path + "-journal"));
-    const std::string crashedFile = ReadFile(path);
-    const std::string crashedJournal = ReadFile(path + "-journal");
+    const std::string crashedFile = ReadWholeFile(path);
+    const std::string crashedJournal = ReadWholeFile(path + "-journal");
 
     for (long writes = 0; writes < 200; ++writes) {
-        WriteFile(path, crashedFile);
-        WriteFile(path + "-journal", crashedJournal);
+        WriteWholeFile(path, crashedFile);
+        WriteWholeFile(path + "-journal", crashedJournal);
         pid_t child = fork();
         if (child == 0) {
             writesBeforeExit = writes;
@@ -132,19 +132,12 @@ INSTANTIATE_TEST_SUITE_P(
     Changes, PagerCrash,
     ::testing::Values(Scenario{"ChangeAndGrow",
                                [](Pager& pager) {
-                                   for (uint32_t n : {1u, 2u, 700u, pager.PageCount()})
-                                       if (!WritePatternPage(pager, n, 'n'))
-                                           return false;
-                                   for (int i = 0; i < 12; ++i)
-                                       if (!WritePatternPage(pager, pager.PageCount() + 1, 'n'))
-                                           return false;
-                                   return true;
+                                   return WritePatternPages(pager, {1u, 2u, 700u, pager.PageCount()}, 'n') &&
+                                          AppendPatternPages(pager, 12, 'n');
                                }},
                       Scenario{"ChangeAndShrink",
                                [](Pager& pager) {
-                                   for (uint32_t n : {1u, 3u, 40u})
-                                       if (!WritePatternPage(pager, n, 'n'))
-                                           return false;
-                                   return bool(pager.Truncate(pager.PageCount() - 45));
+                                   return WritePatternPages(pager, {1u, 3u, 40u}, 'n') &&
+                                          pager.Truncate(pager.PageCount() - 45);
                                }}),
     [](const ::testing::TestParamInfo<Scenario>& info) { return std::string(info.param.name); });

@@ -1,7 +1,6 @@
 // Journals left by dead writers, written byte by byte here in the three
 // formats SQLite 2 rolls back, are rolled back by the next BeginRead.
 #include "PagerTestSupport.h"
-#include "TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -56,30 +55,26 @@ std::string OldFormat(bool bigEndian, uint32_t originalPages, const std::vector<
 
 // The database as a dead writer left it: pages 1..8 of version 'n' (new),
 // grown to 10 pages.
-class PagerHotJournal : public ::testing::Test {
+class PagerHotJournal : public PagerFileTest {
 protected:
-    void SetUp() override
-    {
-        path = dir.File("hot.db");
-        WriteFile(path, PatternFile(10, 'n'));
-    }
+    void SetUp() override { WriteWholeFile(path, PatternFile(10, 'n')); }
 
     // What the next reader finds: the file's content, or why it could not read.
     std::string RollBack(const std::string& journal)
     {
-        WriteFile(path + "-journal", journal);
-        Pager pager;
-        if (!pager.Open(path))
+        WriteWholeFile(path + "-journal", journal);
+        Pager reader;
+        if (!reader.Open(path))
             return "(cannot open)";
-        sqlite2::Status status = pager.BeginRead();
+        sqlite2::Status status = reader.BeginRead();
         if (!status)
             return "(" + status.Message() + ")";
         PageHandle page;
-        if (!pager.Read(1, page))
+        if (!reader.Read(1, page))
             return "(cannot read)";
-        if (pager.PageCount() != ReadFile(path).size() / kPage)
-            return "(page count " + std::to_string(pager.PageCount()) + " differs from the file)";
-        return ReadFile(path);
+        if (reader.PageCount() != ReadWholeFile(path).size() / kPage)
+            return "(page count " + std::to_string(reader.PageCount()) + " differs from the file)";
+        return ReadWholeFile(path);
     }
 
     // Pages 1..pages of version 'n' except those listed with theirs.
@@ -90,9 +85,6 @@ protected:
             SetPage(file, r.page, PatternPage(r.page, r.version));
         return file;
     }
-
-    TempDir dir;
-    std::string path;
 };
 
 } // namespace
@@ -161,23 +153,22 @@ TEST_F(PagerHotJournal, AnUnknownJournalStopsTheReadAndIsKept)
 {
     std::string journal = Format3(1, 4, {{2, 'o'}});
     journal[7] = char(0xD7);
-    const std::string before = ReadFile(path);
-    WriteFile(path + "-journal", journal);
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
+    const std::string before = ReadWholeFile(path);
+    WriteWholeFile(path + "-journal", journal);
+    ASSERT_TRUE(OpenPager(Locks::kNone));
     sqlite2::Status status = pager.BeginRead();
     EXPECT_FALSE(status);
     EXPECT_FALSE(pager.IsReading());
-    EXPECT_EQ(ReadFile(path), before);
-    EXPECT_EQ(ReadFile(path + "-journal"), journal);
+    EXPECT_EQ(ReadWholeFile(path), before);
+    EXPECT_EQ(ReadWholeFile(path + "-journal"), journal);
 }
 
 TEST_F(PagerHotJournal, AJournalBesideAReadOnlyFileOrDirectoryStopsTheRead)
 {
     const std::string journal = Format3(1, 4, {{2, 'o'}});
-    const std::string before = ReadFile(path);
+    const std::string before = ReadWholeFile(path);
     chmod(dir.Path().c_str(), 0777);
-    WriteFile(path + "-journal", journal);
+    WriteWholeFile(path + "-journal", journal);
     chmod((path + "-journal").c_str(), 0644);
     auto tryToRead = [&] {
         return InChild(
@@ -199,15 +190,15 @@ TEST_F(PagerHotJournal, AJournalBesideAReadOnlyFileOrDirectoryStopsTheRead)
     chmod(dir.Path().c_str(), 0555);
     EXPECT_EQ(tryToRead(), "") << "read-only directory";
     chmod(dir.Path().c_str(), 0777);
-    EXPECT_EQ(ReadFile(path), before);
-    EXPECT_EQ(ReadFile(path + "-journal"), journal);
+    EXPECT_EQ(ReadWholeFile(path), before);
+    EXPECT_EQ(ReadWholeFile(path + "-journal"), journal);
 }
 
 TEST_F(PagerHotJournal, ARealDatabaseComesBackByteForByte)
 {
     // A commit of the fixture, killed after the journal was synced and half
     // of the pages were written, is recreated here by hand.
-    const std::string original = ReadFile(std::string(FIXTURES_DIR) + "/overflow.db");
+    const std::string original = ReadWholeFile(FixturePath("overflow.db"));
     const uint32_t pages = uint32_t(original.size() / kPage);
     std::string journal = magic3 + BE32(3) + BE32(seed) + BE32(pages);
     std::string damaged = original;
@@ -216,6 +207,6 @@ TEST_F(PagerHotJournal, ARealDatabaseComesBackByteForByte)
         SetPage(damaged, n, std::string(kPage, 'Z'));
     }
     damaged += std::string(5 * kPage, 'Y'); // grown, too
-    WriteFile(path, damaged);
+    WriteWholeFile(path, damaged);
     EXPECT_EQ(RollBack(journal), original);
 }

@@ -1,7 +1,6 @@
 // The journal a commit writes, byte by byte.
 #include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
-#include "TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -30,38 +29,38 @@ void CopyJournal()
 {
     struct stat info;
     if (stat(journalPath.c_str(), &info) == 0) {
-        lastJournal = ReadFile(journalPath);
+        lastJournal = ReadWholeFile(journalPath);
         journalMode = info.st_mode & 07777;
     }
 }
 
+using PagerJournal = PagerFileTest;
+
 } // namespace
 
-TEST(PagerJournal, HoldsTheOriginalOfEveryChangedOrCutPageOnceInFormat3)
+TEST_F(PagerJournal, HoldsTheOriginalOfEveryChangedOrCutPageOnceInFormat3)
 {
-    TempDir dir;
-    const std::string path = dir.File("journal.db");
     const std::string old = PatternFile(12, 'a');
-    WriteFile(path, old);
+    WriteWholeFile(path, old);
     journalPath = path + "-journal";
     std::vector<uint32_t> seeds;
 
     for (int round = 0; round < 2; ++round) {
         lastJournal.clear();
         file_change_steps::SetObserver(CopyJournal);
-        Pager pager;
-        ASSERT_TRUE(pager.Open(path));
-        ASSERT_TRUE(pager.BeginWrite());
-        ASSERT_TRUE(WritePatternPage(pager, 3, 'b'));
-        ASSERT_TRUE(WritePatternPage(pager, 9, 'b'));
-        ASSERT_TRUE(WritePatternPage(pager, 3, 'c')); // still one record
+        Pager writer;
+        ASSERT_TRUE(writer.Open(path));
+        ASSERT_TRUE(writer.BeginWrite());
+        ASSERT_TRUE(WritePatternPage(writer, 3, 'b'));
+        ASSERT_TRUE(WritePatternPage(writer, 9, 'b'));
+        ASSERT_TRUE(WritePatternPage(writer, 3, 'c')); // still one record
         PageHandle unchanged;
-        ASSERT_TRUE(pager.Write(5, unchanged)); // no change, no record
-        ASSERT_TRUE(pager.Truncate(10));        // pages 11 and 12 cut off
-        ASSERT_TRUE(WritePatternPage(pager, 11, 'd')); // appended again after the cut
-        ASSERT_TRUE(pager.Commit());
+        ASSERT_TRUE(writer.Write(5, unchanged)); // no change, no record
+        ASSERT_TRUE(writer.Truncate(10));        // pages 11 and 12 cut off
+        ASSERT_TRUE(WritePatternPage(writer, 11, 'd')); // appended again after the cut
+        ASSERT_TRUE(writer.Commit());
         file_change_steps::SetObserver(nullptr);
-        WriteFile(path, old);
+        WriteWholeFile(path, old);
 
         ASSERT_GE(lastJournal.size(), 20u);
         EXPECT_EQ(lastJournal.substr(0, 8), std::string("\xD9\xD5\x05\xF9\x20\xA1\x63\xD6", 8));
@@ -85,41 +84,31 @@ TEST(PagerJournal, HoldsTheOriginalOfEveryChangedOrCutPageOnceInFormat3)
     EXPECT_NE(seeds[0], seeds[1]) << "each journal gets its own seed";
 }
 
-TEST(PagerJournal, AGrowthAloneIsJournalledByItsOriginalSize)
+TEST_F(PagerJournal, AGrowthAloneIsJournalledByItsOriginalSize)
 {
-    TempDir dir;
-    const std::string path = dir.File("grow.db");
-    WriteFile(path, PatternFile(3, 'a'));
     journalPath = path + "-journal";
     lastJournal.clear();
     file_change_steps::SetObserver(CopyJournal);
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(OpenPager(PatternFile(3, 'a'), Locks::kWriteFromUnlocked));
     ASSERT_TRUE(WritePatternPage(pager, 4, 'b'));
     ASSERT_TRUE(pager.Commit());
     file_change_steps::SetObserver(nullptr);
     ASSERT_EQ(lastJournal.size(), 20u) << "a header without records";
     EXPECT_EQ(BE32(lastJournal, 8), 0u);
     EXPECT_EQ(BE32(lastJournal, 16), 3u);
-    EXPECT_EQ(ReadFile(path), PatternFile(3, 'a') + PatternPage(4, 'b'));
+    EXPECT_EQ(ReadWholeFile(path), PatternFile(3, 'a') + PatternPage(4, 'b'));
 }
 
-TEST(PagerJournal, AnExistingJournalIsNeverOverwrittenByACommit)
+TEST_F(PagerJournal, AnExistingJournalIsNeverOverwrittenByACommit)
 {
     // Somebody else's journal appearing under our write lock is not ours to
     // replace or remove.
-    TempDir dir;
-    const std::string path = dir.File("theirs.db");
-    WriteFile(path, PatternFile(3, 'a'));
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(OpenPager(PatternFile(3, 'a'), Locks::kWriteFromUnlocked));
     ASSERT_TRUE(WritePatternPage(pager, 2, 'b'));
-    WriteFile(path + "-journal", "theirs");
+    WriteWholeFile(path + "-journal", "theirs");
     EXPECT_FALSE(pager.Commit());
-    EXPECT_EQ(ReadFile(path + "-journal"), "theirs");
-    EXPECT_EQ(ReadFile(path), PatternFile(3, 'a'));
+    EXPECT_EQ(ReadWholeFile(path + "-journal"), "theirs");
+    EXPECT_EQ(ReadWholeFile(path), PatternFile(3, 'a'));
     EXPECT_TRUE(pager.IsReading());
     EXPECT_FALSE(pager.IsWriting());
 }

@@ -2,7 +2,6 @@
 // another process holds one.
 #include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
-#include "TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -18,16 +17,9 @@ using sqlite2::Pager;
 
 namespace {
 
-class PagerLocking : public ::testing::Test {
+class PagerLocking : public PagerFileTest {
 protected:
-    void SetUp() override
-    {
-        path = dir.File("locks.db");
-        WriteFile(path, PatternFile(6, 'a'));
-    }
-
-    TempDir dir;
-    std::string path;
+    void SetUp() override { WriteWholeFile(path, PatternFile(6, 'a')); }
 };
 
 // How many descriptors of this process are open on the file.
@@ -49,7 +41,6 @@ void CountDescriptors()
 
 TEST_F(PagerLocking, LocksCoverTheWholeFileAndFollowTheState)
 {
-    Pager pager;
     ASSERT_TRUE(pager.Open(path));
     EXPECT_EQ(LockSeenByOthers(path), "unlocked") << "Open takes no lock";
     ASSERT_TRUE(pager.BeginRead());
@@ -76,7 +67,6 @@ TEST_F(PagerLocking, AReaderElsewhereMakesBeginWriteBusy)
     });
     ASSERT_EQ(reader.WaitForPause(), "");
 
-    Pager pager;
     ASSERT_TRUE(pager.Open(path));
     ASSERT_TRUE(pager.BeginRead()) << "readers share";
     sqlite2::Status status = pager.BeginWrite();
@@ -104,17 +94,16 @@ TEST_F(PagerLocking, AWriterElsewhereMakesBeginReadBusyAndItsJournalIsLeftAlone)
     // As if the writer were in the middle of its commit.
     const std::string journal = std::string("\xD9\xD5\x05\xF9\x20\xA1\x63\xD6", 8) + std::string(8, '\0') +
                                 std::string("\0\0\0\2", 4);
-    WriteFile(path + "-journal", journal);
-    const std::string before = ReadFile(path);
+    WriteWholeFile(path + "-journal", journal);
+    const std::string before = ReadWholeFile(path);
 
-    Pager pager;
     ASSERT_TRUE(pager.Open(path));
     sqlite2::Status status = pager.BeginRead();
     EXPECT_EQ(status.Code(), sqlite2::kBusy);
     EXPECT_EQ(status.Message(), "database is locked");
     EXPECT_FALSE(pager.IsReading());
-    EXPECT_EQ(ReadFile(path), before);
-    EXPECT_EQ(ReadFile(path + "-journal"), journal);
+    EXPECT_EQ(ReadWholeFile(path), before);
+    EXPECT_EQ(ReadWholeFile(path + "-journal"), journal);
     EXPECT_EQ(writer.Finish(), "");
 }
 
@@ -122,8 +111,8 @@ TEST_F(PagerLocking, AHotJournalWithAnotherReaderPresentIsBusyAndUntouched)
 {
     const std::string journal = std::string("\xD9\xD5\x05\xF9\x20\xA1\x63\xD6", 8) + std::string(8, '\0') +
                                 std::string("\0\0\0\2", 4);
-    WriteFile(path + "-journal", journal);
-    const std::string before = ReadFile(path);
+    WriteWholeFile(path + "-journal", journal);
+    const std::string before = ReadWholeFile(path);
     // A process that locked the file before the journal appeared (as a real
     // SQLite 2 reader of an older moment would).
     OtherProcess reader([&](OtherProcess& self) {
@@ -135,13 +124,12 @@ TEST_F(PagerLocking, AHotJournalWithAnotherReaderPresentIsBusyAndUntouched)
     });
     ASSERT_EQ(reader.WaitForPause(), "");
 
-    Pager pager;
     ASSERT_TRUE(pager.Open(path));
     EXPECT_EQ(pager.BeginRead().Code(), sqlite2::kBusy);
     EXPECT_FALSE(pager.IsReading());
     EXPECT_EQ(LockSeenByOthers(path), "read") << "only the other reader's lock";
-    EXPECT_EQ(ReadFile(path), before);
-    EXPECT_EQ(ReadFile(path + "-journal"), journal);
+    EXPECT_EQ(ReadWholeFile(path), before);
+    EXPECT_EQ(ReadWholeFile(path + "-journal"), journal);
 
     EXPECT_EQ(reader.Finish(), "");
     ASSERT_TRUE(pager.BeginRead());
@@ -151,9 +139,7 @@ TEST_F(PagerLocking, AHotJournalWithAnotherReaderPresentIsBusyAndUntouched)
 
 TEST_F(PagerLocking, ReadsSeeWhatAnotherProcessCommittedWhileUnlocked)
 {
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginRead());
+    ASSERT_TRUE(OpenPager(Locks::kRead));
     PageHandle page;
     ASSERT_TRUE(pager.Read(2, page));
     EXPECT_EQ(Bytes(page), PatternPage(2, 'a'));
@@ -189,13 +175,10 @@ TEST_F(PagerLocking, OneDescriptorServesTheFileEvenInRollbackAndCommit)
     mostDescriptorsSeen = 0;
     const std::string journal = std::string("\xD9\xD5\x05\xF9\x20\xA1\x63\xD6", 8) + std::string(8, '\0') +
                                 std::string("\0\0\0\4", 4);
-    WriteFile(path + "-journal", journal);
+    WriteWholeFile(path + "-journal", journal);
 
     file_change_steps::SetObserver(CountDescriptors);
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginRead());
-    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(OpenPager(Locks::kWrite));
     PageHandle page;
     ASSERT_TRUE(pager.Write(2, page));
     page->bytes[0] = 'q';

@@ -31,7 +31,7 @@ std::string CheckRefusedCommit(Pager& pager, const std::string& path, const std:
         return "unexpected failure " + status.Message();
     if (!pager.IsReading() || pager.IsWriting())
         return "not back to reading";
-    if (ReadFile(path) != old)
+    if (ReadWholeFile(path) != old)
         return "the file changed";
     if (Exists(path + "-journal"))
         return "the journal was left";
@@ -90,14 +90,25 @@ std::string CommitOnSmallDisk(const std::string& folder, const std::string& size
             mount("rowkeeper-test", folder.c_str(), "tmpfs", 0, ("size=" + size).c_str()) != 0)
             return "skip";
         const std::string path = folder + "/full.db";
-        WriteFile(path, old);
-        if (ReadFile(path) != old)
+        WriteWholeFile(path, old);
+        if (ReadWholeFile(path) != old)
             return "skip";
         Pager pager;
         if (!pager.Open(path) || !pager.BeginWrite() || !change(pager))
             return "cannot prepare the write";
         return CheckRefusedCommit(pager, path, old, sqlite2::kFull, "database is full");
     });
+}
+
+// A commit of the change to a file of `pages` pattern pages, on a disk of
+// `size` bytes, must be refused as "database is full" with nothing changed.
+void ExpectFullDiskRefusal(uint32_t pages, const std::string& size, const std::function<bool(Pager&)>& change)
+{
+    TempDir dir;
+    std::string outcome = CommitOnSmallDisk(dir.Path(), size, PatternFile(pages, 'a'), change);
+    if (outcome == "skip")
+        GTEST_SKIP() << "no small file system can be mounted here";
+    EXPECT_EQ(outcome, "");
 }
 
 } // namespace
@@ -107,16 +118,11 @@ TEST(PagerRefusedWrite, ACommitRefusedWhileJournallingLeavesTheFileUntouched)
     TempDir dir;
     const std::string path = dir.File("refused.db");
     const std::string old = PatternFile(20, 'a');
-    WriteFile(path, old);
+    WriteWholeFile(path, old);
     // The journal (20 records) is a little larger than the file: it cannot be
     // written whole, while every page of the file could.
     EXPECT_EQ(CommitWithFileLimit(path, old.size() + 100,
-                                  [](Pager& pager) {
-                                      for (uint32_t n = 1; n <= 20; ++n)
-                                          if (!WritePatternPage(pager, n, 'b'))
-                                              return false;
-                                      return true;
-                                  },
+                                  [](Pager& pager) { return WritePatternPagesUpTo(pager, 20, 'b'); },
                                   old),
               "");
 }
@@ -126,16 +132,10 @@ TEST(PagerRefusedWrite, ACommitRefusedWhileWritingTheFileIsRolledBack)
     TempDir dir;
     const std::string path = dir.File("refused.db");
     const std::string old = PatternFile(10, 'a');
-    WriteFile(path, old);
+    WriteWholeFile(path, old);
     EXPECT_EQ(CommitWithFileLimit(path, 30 * kPage,
                                   [](Pager& pager) {
-                                      for (uint32_t n : {2u, 9u})
-                                          if (!WritePatternPage(pager, n, 'b'))
-                                              return false;
-                                      for (int i = 0; i < 40; ++i)
-                                          if (!WritePatternPage(pager, pager.PageCount() + 1, 'b'))
-                                              return false;
-                                      return true;
+                                      return WritePatternPages(pager, {2u, 9u}, 'b') && AppendPatternPages(pager, 40, 'b');
                                   },
                                   old),
               "");
@@ -146,7 +146,7 @@ TEST(PagerRefusedWrite, AReadOnlyFileCanBeReadButNotWritten)
     TempDir dir;
     const std::string path = dir.File("readonly.db");
     chmod(dir.Path().c_str(), 0777);
-    WriteFile(path, PatternFile(3, 'a'));
+    WriteWholeFile(path, PatternFile(3, 'a'));
     chmod(path.c_str(), 0444);
     EXPECT_EQ(InChild(
                   [&]() -> std::string {
@@ -171,30 +171,11 @@ TEST(PagerRefusedWrite, AReadOnlyFileCanBeReadButNotWritten)
 
 TEST(PagerRefusedWrite, AFullDiskWhileWritingTheFileIsDatabaseIsFull)
 {
-    TempDir dir;
-    const std::string old = PatternFile(20, 'a');
-    std::string outcome = CommitOnSmallDisk(dir.Path(), "64k", old, [](Pager& pager) {
-        for (int i = 0; i < 100; ++i)
-            if (!WritePatternPage(pager, pager.PageCount() + 1, 'b'))
-                return false;
-        return WritePatternPage(pager, 3, 'b');
-    });
-    if (outcome == "skip")
-        GTEST_SKIP() << "no small file system can be mounted here";
-    EXPECT_EQ(outcome, "");
+    ExpectFullDiskRefusal(20, "64k",
+                          [](Pager& pager) { return AppendPatternPages(pager, 100, 'b') && WritePatternPage(pager, 3, 'b'); });
 }
 
 TEST(PagerRefusedWrite, AFullDiskWhileJournallingIsDatabaseIsFull)
 {
-    TempDir dir;
-    const std::string old = PatternFile(30, 'a');
-    std::string outcome = CommitOnSmallDisk(dir.Path(), "48k", old, [](Pager& pager) {
-        for (uint32_t n = 1; n <= 30; ++n)
-            if (!WritePatternPage(pager, n, 'b'))
-                return false;
-        return true;
-    });
-    if (outcome == "skip")
-        GTEST_SKIP() << "no small file system can be mounted here";
-    EXPECT_EQ(outcome, "");
+    ExpectFullDiskRefusal(30, "48k", [](Pager& pager) { return WritePatternPagesUpTo(pager, 30, 'b'); });
 }

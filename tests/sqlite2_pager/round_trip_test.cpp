@@ -2,7 +2,6 @@
 // fresh one on the same file.
 #include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
-#include "TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +13,7 @@ namespace {
 
 std::string Fixture(const std::string& name)
 {
-    return ReadFile(std::string(FIXTURES_DIR) + "/" + name);
+    return ReadWholeFile(FixturePath(name));
 }
 
 // The file's pages as a fresh pager reads them.
@@ -33,82 +32,77 @@ std::string ReadThroughPager(const std::string& path)
     return content;
 }
 
+using PagerRoundTrip = PagerFileTest;
+
 } // namespace
 
-TEST(PagerRoundTrip, ANewNameBecomesAnEmptyFileThatGrowsByAppendedPages)
+TEST_F(PagerRoundTrip, ANewNameBecomesAnEmptyFileThatGrowsByAppendedPages)
 {
-    TempDir dir;
-    const std::string path = dir.File("new.db");
+    // The fixture's file is not made: its name is new. The file is read
+    // once its pager is gone.
     {
-        Pager pager;
-        ASSERT_TRUE(pager.Open(path));
+        Pager writer;
+        ASSERT_TRUE(writer.Open(path));
         EXPECT_TRUE(Exists(path));
-        EXPECT_FALSE(pager.IsReadOnly());
-        ASSERT_TRUE(pager.BeginRead());
-        EXPECT_EQ(pager.PageCount(), 0u);
+        EXPECT_FALSE(writer.IsReadOnly());
+        ASSERT_TRUE(writer.BeginRead());
+        EXPECT_EQ(writer.PageCount(), 0u);
         PageHandle page;
-        ASSERT_TRUE(pager.Read(2, page));
+        ASSERT_TRUE(writer.Read(2, page));
         EXPECT_EQ(Bytes(page), std::string(kPage, '\0'));
 
-        ASSERT_TRUE(pager.BeginWrite());
+        ASSERT_TRUE(writer.BeginWrite());
         for (uint32_t n = 1; n <= 3; ++n) {
-            ASSERT_TRUE(pager.Write(pager.PageCount() + 1, page));
+            ASSERT_TRUE(writer.Write(writer.PageCount() + 1, page));
             EXPECT_EQ(Bytes(page), std::string(kPage, '\0')) << "an appended page starts as zeros";
             Fill(page, PatternPage(n, 'a'));
         }
-        EXPECT_EQ(pager.PageCount(), 3u);
-        EXPECT_EQ(ReadFile(path).size(), 0u) << "nothing reaches the file before Commit";
-        ASSERT_TRUE(pager.Commit());
-        EXPECT_TRUE(pager.IsReading());
-        EXPECT_FALSE(pager.IsWriting());
+        EXPECT_EQ(writer.PageCount(), 3u);
+        EXPECT_EQ(ReadWholeFile(path).size(), 0u) << "nothing reaches the file before Commit";
+        ASSERT_TRUE(writer.Commit());
+        EXPECT_TRUE(writer.IsReading());
+        EXPECT_FALSE(writer.IsWriting());
         EXPECT_FALSE(Exists(path + "-journal"));
     }
-    EXPECT_EQ(ReadFile(path), PatternFile(3, 'a'));
+    EXPECT_EQ(ReadWholeFile(path), PatternFile(3, 'a'));
     EXPECT_EQ(ReadThroughPager(path), PatternFile(3, 'a'));
 }
 
-TEST(PagerRoundTrip, ACommittedChangeReachesExactlyItsPage)
+TEST_F(PagerRoundTrip, ACommittedChangeReachesExactlyItsPage)
 {
-    TempDir dir;
-    const std::string path = dir.File("big.db");
     const std::string old = Fixture("big.db");
-    WriteFile(path, old);
+    WriteWholeFile(path, old);
 
     std::string expected = old;
     {
-        Pager pager;
-        ASSERT_TRUE(pager.Open(path));
-        ASSERT_TRUE(pager.BeginRead());
-        EXPECT_EQ(pager.PageCount(), old.size() / kPage);
+        Pager writer;
+        ASSERT_TRUE(writer.Open(path));
+        ASSERT_TRUE(writer.BeginRead());
+        EXPECT_EQ(writer.PageCount(), old.size() / kPage);
         PageHandle page;
-        ASSERT_TRUE(pager.Read(700, page));
+        ASSERT_TRUE(writer.Read(700, page));
         EXPECT_EQ(Bytes(page), PageOf(old, 700));
-        ASSERT_TRUE(pager.BeginWrite());
-        ASSERT_TRUE(pager.Write(700, page));
+        ASSERT_TRUE(writer.BeginWrite());
+        ASSERT_TRUE(writer.Write(700, page));
         page->bytes[100] ^= 0xFF;
         SetPage(expected, 700, Bytes(page));
-        ASSERT_TRUE(pager.Write(1, page));
+        ASSERT_TRUE(writer.Write(1, page));
         page->bytes[1023] ^= 0x55;
         SetPage(expected, 1, Bytes(page));
-        ASSERT_TRUE(pager.Commit());
+        ASSERT_TRUE(writer.Commit());
 
-        // The pager keeps reading what it committed.
-        ASSERT_TRUE(pager.Read(700, page));
+        // The writer keeps reading what it committed.
+        ASSERT_TRUE(writer.Read(700, page));
         EXPECT_EQ(Bytes(page), PageOf(expected, 700));
-        pager.EndRead();
+        writer.EndRead();
     }
-    EXPECT_EQ(ReadFile(path), expected);
+    EXPECT_EQ(ReadWholeFile(path), expected);
     EXPECT_EQ(ReadThroughPager(path), expected);
 }
 
-TEST(PagerRoundTrip, WriteHandsOutTheBufferReadHandedOut)
+TEST_F(PagerRoundTrip, WriteHandsOutTheBufferReadHandedOut)
 {
-    TempDir dir;
-    const std::string path = dir.File("same.db");
-    WriteFile(path, PatternFile(4, 'a'));
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginRead());
+    ASSERT_TRUE(OpenPager(PatternFile(4, 'a'), Locks::kRead));
     PageHandle read, written;
     ASSERT_TRUE(pager.Read(2, read));
     ASSERT_TRUE(pager.BeginWrite());
@@ -120,14 +114,9 @@ TEST(PagerRoundTrip, WriteHandsOutTheBufferReadHandedOut)
     EXPECT_EQ(again->bytes[5], 'X');
 }
 
-TEST(PagerRoundTrip, TruncationShrinksTheFileAndLaterAppendsStartFromZeros)
+TEST_F(PagerRoundTrip, TruncationShrinksTheFileAndLaterAppendsStartFromZeros)
 {
-    TempDir dir;
-    const std::string path = dir.File("cut.db");
-    WriteFile(path, PatternFile(10, 'a'));
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginRead());
+    ASSERT_TRUE(OpenPager(PatternFile(10, 'a'), Locks::kRead));
     PageHandle page;
     ASSERT_TRUE(pager.Read(8, page)); // cached before the cut
     ASSERT_TRUE(pager.BeginWrite());
@@ -141,17 +130,13 @@ TEST(PagerRoundTrip, TruncationShrinksTheFileAndLaterAppendsStartFromZeros)
     pager.EndRead();
 
     std::string expected = PatternFile(6, 'a') + std::string(kPage, '\0');
-    EXPECT_EQ(ReadFile(path), expected);
+    EXPECT_EQ(ReadWholeFile(path), expected);
 }
 
-TEST(PagerRoundTrip, PagesPastTheEndReadAsZerosAndOnlyTheNextOneCanBeAppended)
+TEST_F(PagerRoundTrip, PagesPastTheEndReadAsZerosAndOnlyTheNextOneCanBeAppended)
 {
-    TempDir dir;
-    const std::string path = dir.File("end.db");
-    WriteFile(path, PatternFile(2, 'a') + "partial"); // a trailing partial page is not a page
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginRead());
+    // A trailing partial page is not a page.
+    ASSERT_TRUE(OpenPager(PatternFile(2, 'a') + "partial", Locks::kRead));
     EXPECT_EQ(pager.PageCount(), 2u);
     PageHandle page;
     ASSERT_TRUE(pager.Read(3, page));
@@ -165,13 +150,9 @@ TEST(PagerRoundTrip, PagesPastTheEndReadAsZerosAndOnlyTheNextOneCanBeAppended)
     EXPECT_EQ(pager.PageCount(), 3u);
 }
 
-TEST(PagerRoundTrip, CallsOutOfTurnAreRefused)
+TEST_F(PagerRoundTrip, CallsOutOfTurnAreRefused)
 {
-    TempDir dir;
-    const std::string path = dir.File("turn.db");
-    WriteFile(path, PatternFile(2, 'a'));
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
+    ASSERT_TRUE(OpenPager(PatternFile(2, 'a'), Locks::kNone));
     PageHandle page;
     EXPECT_FALSE(pager.Read(1, page)) << "no read without the read lock";
     ASSERT_TRUE(pager.BeginRead());
@@ -183,19 +164,13 @@ TEST(PagerRoundTrip, CallsOutOfTurnAreRefused)
     ASSERT_TRUE(pager.Write(1, page));
     Fill(page, PatternPage(1, 'b'));
     ASSERT_TRUE(pager.Commit());
-    EXPECT_EQ(PageOf(ReadFile(path), 1), PatternPage(1, 'b'));
+    EXPECT_EQ(PageOf(ReadWholeFile(path), 1), PatternPage(1, 'b'));
 }
 
-TEST(PagerRoundTrip, RollbackForgetsEveryChange)
+TEST_F(PagerRoundTrip, RollbackForgetsEveryChange)
 {
-    TempDir dir;
-    const std::string path = dir.File("undo.db");
     const std::string old = PatternFile(5, 'a');
-    WriteFile(path, old);
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginRead());
-    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(OpenPager(old, Locks::kWrite));
     PageHandle held;
     ASSERT_TRUE(pager.Write(2, held));
     Fill(held, PatternPage(2, 'b'));
@@ -214,17 +189,12 @@ TEST(PagerRoundTrip, RollbackForgetsEveryChange)
 
     ASSERT_TRUE(pager.BeginWrite());
     ASSERT_TRUE(pager.Commit());
-    EXPECT_EQ(ReadFile(path), old);
+    EXPECT_EQ(ReadWholeFile(path), old);
 }
 
-TEST(PagerRoundTrip, ACommitWithoutARealChangeWritesNothing)
+TEST_F(PagerRoundTrip, ACommitWithoutARealChangeWritesNothing)
 {
-    TempDir dir;
-    const std::string path = dir.File("idle.db");
-    WriteFile(path, PatternFile(5, 'a'));
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginRead());
+    ASSERT_TRUE(OpenPager(PatternFile(5, 'a'), Locks::kRead));
     file_change_steps::SetObserver(CountingObserver);
     writesSeen = 0;
 
@@ -239,18 +209,13 @@ TEST(PagerRoundTrip, ACommitWithoutARealChangeWritesNothing)
     EXPECT_EQ(writesSeen, 0) << "a page written back unchanged";
     file_change_steps::SetObserver(nullptr);
     EXPECT_FALSE(Exists(path + "-journal"));
-    EXPECT_EQ(ReadFile(path), PatternFile(5, 'a'));
+    EXPECT_EQ(ReadWholeFile(path), PatternFile(5, 'a'));
 }
 
-TEST(PagerRoundTrip, AScanLetsGoOfPagesButNeverOfChangesOrHeldPages)
+TEST_F(PagerRoundTrip, AScanLetsGoOfPagesButNeverOfChangesOrHeldPages)
 {
-    TempDir dir;
-    const std::string path = dir.File("scan.db");
     const uint32_t pages = 8192; // four times what the cache keeps
-    WriteFile(path, PatternFile(pages, 'a'));
-    Pager pager;
-    ASSERT_TRUE(pager.Open(path));
-    ASSERT_TRUE(pager.BeginRead());
+    ASSERT_TRUE(OpenPager(PatternFile(pages, 'a'), Locks::kRead));
     PageHandle held;
     ASSERT_TRUE(pager.Read(3, held));
     std::weak_ptr<sqlite2::PageBuffer> released;
@@ -278,25 +243,21 @@ TEST(PagerRoundTrip, AScanLetsGoOfPagesButNeverOfChangesOrHeldPages)
     ASSERT_TRUE(pager.Write(3, page));
     EXPECT_EQ(page.get(), held.get()) << "a held page must stay the cached one";
     ASSERT_TRUE(pager.Commit());
-    std::string file = ReadFile(path);
+    std::string file = ReadWholeFile(path);
     EXPECT_EQ(PageOf(file, 7), PatternPage(7, 'b'));
     EXPECT_EQ(file.size(), size_t(pages) * kPage);
 }
 
-TEST(PagerRoundTrip, ARealDatabaseReadsPageForPage)
+TEST_F(PagerRoundTrip, ARealDatabaseReadsPageForPage)
 {
     for (const char* name : {"overflow.db", "swapped_tree.db", "empty.db"}) {
-        TempDir dir;
-        const std::string path = dir.File(name);
-        WriteFile(path, Fixture(name));
+        WriteWholeFile(path, Fixture(name));
         EXPECT_EQ(ReadThroughPager(path), Fixture(name)) << name;
     }
 }
 
-TEST(PagerRoundTrip, ADirectoryCannotBeOpened)
+TEST_F(PagerRoundTrip, ADirectoryCannotBeOpened)
 {
-    TempDir dir;
-    Pager pager;
     sqlite2::Status status = pager.Open(dir.Path());
     EXPECT_EQ(status.Code(), sqlite2::kCantOpen);
     EXPECT_EQ(status.Message(), "unable to open database file");

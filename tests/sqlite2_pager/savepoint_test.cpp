@@ -2,7 +2,6 @@
 // the page count as they were when they were opened.
 #include "FileChangeSteps.h"
 #include "PagerTestSupport.h"
-#include "TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -12,16 +11,9 @@ using sqlite2::Pager;
 
 namespace {
 
-class PagerSavepoints : public ::testing::Test {
+class PagerSavepoints : public PagerFileTest {
 protected:
-    void SetUp() override
-    {
-        path = dir.File("points.db");
-        WriteFile(path, PatternFile(8, 'a'));
-        ASSERT_TRUE(pager.Open(path));
-        ASSERT_TRUE(pager.BeginRead());
-        ASSERT_TRUE(pager.BeginWrite());
-    }
+    void SetUp() override { ASSERT_TRUE(OpenPager(PatternFile(8, 'a'), Locks::kWrite)); }
 
     void Set(uint32_t n, char version)
     {
@@ -56,17 +48,13 @@ protected:
 
     std::string FileVersions()
     {
-        std::string file = ReadFile(path), versions;
+        std::string file = ReadWholeFile(path), versions;
         for (uint32_t n = 1; n <= file.size() / kPage; ++n) {
             std::string bytes = PageOf(file, n);
             versions += bytes == std::string(kPage, '\0') ? '0' : bytes == PatternPage(n, bytes[0]) ? bytes[0] : '?';
         }
         return versions;
     }
-
-    TempDir dir;
-    std::string path;
-    Pager pager;
 };
 
 } // namespace
