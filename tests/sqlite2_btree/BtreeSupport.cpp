@@ -34,6 +34,24 @@ void TestDb::Rollback()
     tree.NoteChange();
 }
 
+void BtreeNewTableTest::SetUp()
+{
+    BtreeWriteTest::SetUp();
+    root = db.AddTable("t", "CREATE TABLE t(x)");
+}
+
+uint32_t WriteTableT(const std::string& path, const std::function<void(sqlite2::Cursor&)>& fill)
+{
+    TestDb db(path);
+    db.Begin();
+    const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
+    sqlite2::Cursor cursor(db.tree, root);
+    fill(cursor);
+    if (!::testing::Test::HasFatalFailure())
+        db.Commit();
+    return root;
+}
+
 uint32_t TestDb::AddTree(const std::string& type, const std::string& name, const std::string& table,
                          const std::optional<std::string>& sql)
 {

@@ -3,6 +3,7 @@
 // Helpers of the B-tree tests: a 2.x file opened through the pager, trees
 // registered in sqlite_master so that the checker sees them, and comparisons
 // of a tree with a std::map model.
+#include "TempDir.h"
 #include "btree.h"
 
 #include <gtest/gtest.h>
@@ -35,6 +36,28 @@ public:
     // Root page of a table or index by its name, 0 when there is none.
     uint32_t RootOf(const std::string& name);
 };
+
+// A test's own new file, open for writing.
+class BtreeWriteTest : public ::testing::Test {
+protected:
+    void SetUp() override { db.Begin(); }
+
+    TempDir dir;
+    const std::string path = dir.File("t.db");
+    TestDb db{path};
+};
+
+// The same with the table "t" (CREATE TABLE t(x)) added in that write.
+class BtreeNewTableTest : public BtreeWriteTest {
+protected:
+    void SetUp() override;
+
+    uint32_t root = 0;
+};
+
+// Makes the file with the table "t" (CREATE TABLE t(x)), fills it through a
+// cursor in the same write and closes the file again; the table's root page.
+uint32_t WriteTableT(const std::string& path, const std::function<void(sqlite2::Cursor&)>& fill);
 
 // Everything the checker finds wrong with the file. Trees named in `raw` hold
 // keys and data no table could: the checker still walks every page of them,

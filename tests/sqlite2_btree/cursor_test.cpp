@@ -45,6 +45,30 @@ Model Numbered(int count, size_t dataLength)
     return model;
 }
 
+// One forward scan of the whole tree that deletes the entries `chosen` picks
+// by their place in the scan (and from the model): after each Delete, Next
+// must reach the entry that followed.
+void DeleteInForwardScan(Cursor& cursor, Model& model, const std::function<bool(int)>& chosen)
+{
+    ASSERT_TRUE(cursor.First());
+    int i = 0;
+    while (cursor.Valid()) {
+        std::string key = KeyOf(cursor);
+        if (!chosen(i++)) {
+            ASSERT_TRUE(cursor.Next());
+            continue;
+        }
+        ASSERT_TRUE(cursor.Delete());
+        model.erase(key);
+        ASSERT_TRUE(cursor.Next());
+        auto expected = model.upper_bound(key);
+        ASSERT_EQ(cursor.Valid(), expected != model.end());
+        if (cursor.Valid()) {
+            EXPECT_EQ(KeyOf(cursor), expected->first);
+        }
+    }
+}
+
 } // namespace
 
 TEST(BtreeCursor, EmptyTreeHasNoEntries)
@@ -150,24 +174,9 @@ TEST(BtreeCursor, DeleteLeavesNextOnTheFollowingEntry)
     Model model = Numbered(1500, 40);
     RawTree raw(model);
     Cursor cursor(raw.db.tree, raw.root);
-    ASSERT_TRUE(cursor.First());
-    // Remove every third entry during one forward scan.
-    int i = 0;
-    while (cursor.Valid()) {
-        std::string key = KeyOf(cursor);
-        if (i++ % 3 == 0) {
-            ASSERT_TRUE(cursor.Delete());
-            model.erase(key);
-            ASSERT_TRUE(cursor.Next());
-            auto expected = model.upper_bound(key);
-            ASSERT_EQ(cursor.Valid(), expected != model.end());
-            if (cursor.Valid()) {
-                EXPECT_EQ(KeyOf(cursor), expected->first);
-            }
-        } else {
-            ASSERT_TRUE(cursor.Next());
-        }
-    }
+    // Every third entry.
+    ASSERT_NO_FATAL_FAILURE(DeleteInForwardScan(cursor, model, [](int i) { return i % 3 == 0; }));
+    EXPECT_EQ(model.size(), 1000u);
     ExpectTreeEquals(raw.db.tree, raw.root, model);
 }
 
@@ -197,14 +206,8 @@ TEST(BtreeCursor, DeletingFromTheFrontEmptiesTheTree)
     Model model = Numbered(3000, 20);
     RawTree raw(model);
     Cursor cursor(raw.db.tree, raw.root);
-    ASSERT_TRUE(cursor.First());
-    int deleted = 0;
-    while (cursor.Valid()) {
-        ASSERT_TRUE(cursor.Delete());
-        ++deleted;
-        ASSERT_TRUE(cursor.Next());
-    }
-    EXPECT_EQ(deleted, 3000);
+    ASSERT_NO_FATAL_FAILURE(DeleteInForwardScan(cursor, model, [](int) { return true; }));
+    EXPECT_TRUE(model.empty());
     ExpectTreeEquals(raw.db.tree, raw.root, {});
     raw.db.Commit();
     EXPECT_EQ(FileProblems(raw.path, {"raw"}), std::vector<std::string>{});

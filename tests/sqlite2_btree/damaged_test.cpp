@@ -44,18 +44,13 @@ TEST(BtreeDamaged, RandomBytesInTreePagesAreSurvived)
     TempDir dir;
     const std::string clean = dir.File("clean.db");
     uint32_t root = 0;
-    {
-        TestDb db(clean);
-        db.Begin();
-        root = db.AddTable("t", "CREATE TABLE t(x)");
-        Cursor cursor(db.tree, root);
+    ASSERT_NO_FATAL_FAILURE(root = WriteTableT(clean, [](Cursor& cursor) {
         std::mt19937 random(2);
         for (int i = 0; i < 1500; ++i)
             ASSERT_TRUE(cursor.Insert(RowKey(i * 2), std::string(RandomLength(random, 5000), 'c')));
         for (int i = 0; i < 1500; i += 3)
             ASSERT_TRUE(DeleteEntry(cursor, RowKey(i * 2)));
-        db.Commit();
-    }
+    }));
     const std::string original = ReadWholeFile(clean);
     const size_t pages = original.size() / 1024;
     std::mt19937 random(31);

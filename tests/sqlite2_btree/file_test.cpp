@@ -81,6 +81,9 @@ struct IndexedTable {
     }
 };
 
+using BtreeFileWrite = BtreeWriteTest;
+using BtreeFileWithTable = BtreeNewTableTest;
+
 } // namespace
 
 TEST(BtreeFile, NewFileGetsPageOneAndAnEmptySchema)
@@ -170,12 +173,8 @@ TEST(BtreeFile, MetaValuesAreKept)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST(BtreeFile, DroppedTreeGoesToTheFreeListAndIsReused)
+TEST_F(BtreeFileWrite, DroppedTreeGoesToTheFreeListAndIsReused)
 {
-    TempDir dir;
-    const std::string path = dir.File("drop.db");
-    TestDb db(path);
-    db.Begin();
     const uint32_t keep = db.AddTable("keep", "CREATE TABLE keep(x)");
     const uint32_t drop = db.AddTable("gone", "CREATE TABLE gone(x)");
     std::mt19937 random(1);
@@ -204,13 +203,8 @@ TEST(BtreeFile, DroppedTreeGoesToTheFreeListAndIsReused)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST(BtreeFile, ClearedTreeKeepsItsRoot)
+TEST_F(BtreeFileWithTable, ClearedTreeKeepsItsRoot)
 {
-    TempDir dir;
-    const std::string path = dir.File("clear.db");
-    TestDb db(path);
-    db.Begin();
-    const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
     Cursor cursor(db.tree, root);
     ASSERT_TRUE(InsertTextRows(cursor, 2000, [](int i) { return std::string(i % 1500, 'c'); }));
     db.Commit();
@@ -329,14 +323,9 @@ TEST(BtreeFile, CorruptTreeIsReportedNotFollowed)
     TempDir dir;
     const std::string path = dir.File("loop.db");
     uint32_t root = 0;
-    {
-        TestDb db(path);
-        db.Begin();
-        root = db.AddTable("t", "CREATE TABLE t(x)");
-        Cursor cursor(db.tree, root);
+    ASSERT_NO_FATAL_FAILURE(root = WriteTableT(path, [](Cursor& cursor) {
         ASSERT_TRUE(InsertTextRows(cursor, 500, [](int) { return std::string(100, 'x'); }));
-        db.Commit();
-    }
+    }));
     std::string bytes = ReadWholeFile(path);
     // The root's right child pointing back at the root.
     ByteOrder{}.Put32(reinterpret_cast<uint8_t*>(bytes.data()) + (root - 1) * 1024, root);

@@ -62,10 +62,12 @@ struct Rounds {
     Mix other;
 };
 
-void ChangeInRounds(const std::string& path, const std::string& table, const Rounds& plan, std::mt19937& random,
+void ChangeInRounds(const std::string& table, const Rounds& plan, std::mt19937& random,
                     const std::function<std::string()>& newKey, const std::function<std::string()>& newData,
                     const std::vector<std::string>& raw = {})
 {
+    TempDir dir;
+    const std::string path = dir.File(table + ".db");
     TestDb db(path);
     db.Begin();
     const uint32_t root = db.AddTable(table, "CREATE TABLE " + table + "(x)");
@@ -86,13 +88,17 @@ void ChangeInRounds(const std::string& path, const std::string& table, const Rou
     db.Commit();
 }
 
+// Changes to a table and its index in a new file.
+using BtreeRandomIndexed = BtreeWriteTest;
+// Every row deleted and written again in a new table.
+using BtreeRandomRefill = BtreeNewTableTest;
+
 } // namespace
 
 TEST(BtreeRandomChanges, TableOfRowsFromEmptyToHundredKilobytes)
 {
-    TempDir dir;
     std::mt19937 random(11);
-    ChangeInRounds(dir.File("table.db"), "t",
+    ChangeInRounds("t",
                    {.rounds = 4, .changes = 1500, .checkEvery = 500, .seeks = 300, .usual = {5, 2, 2},
                     .otherRound = 2, .other = {1, 1, 5}},
                    random, [&] { return RowKey(int32_t(random() % 20000) - 5000); },
@@ -101,9 +107,8 @@ TEST(BtreeRandomChanges, TableOfRowsFromEmptyToHundredKilobytes)
 
 TEST(BtreeRandomChanges, RawKeysOfEveryLengthWithData)
 {
-    TempDir dir;
     std::mt19937 random(5);
-    ChangeInRounds(dir.File("raw.db"), "raw",
+    ChangeInRounds("raw",
                    {.rounds = 3, .changes = 2000, .checkEvery = 400, .seeks = 500, .usual = {6, 2, 2},
                     .otherRound = 1, .other = {1, 1, 4}},
                    random, [&] { return RandomText(random, 1 + RandomLength(random, 2000)); },
@@ -112,12 +117,8 @@ TEST(BtreeRandomChanges, RawKeysOfEveryLengthWithData)
 
 // A table and its index changed together, as the engine will: the checker
 // then also finds one index entry per row.
-TEST(BtreeRandomChanges, TableAndItsIndexOfLongTexts)
+TEST_F(BtreeRandomIndexed, TableAndItsIndexOfLongTexts)
 {
-    TempDir dir;
-    const std::string path = dir.File("indexed.db");
-    TestDb db(path);
-    db.Begin();
     const uint32_t table = db.AddTable("t", "CREATE TABLE t(a TEXT)");
     const uint32_t index = db.AddTree("index", "ta", "t", "CREATE INDEX ta ON t(a)");
     std::mt19937 random(17);
@@ -151,13 +152,8 @@ TEST(BtreeRandomChanges, TableAndItsIndexOfLongTexts)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST(BtreeRandomChanges, EverythingDeletedThenInsertedAgainReusesThePages)
+TEST_F(BtreeRandomRefill, EverythingDeletedThenInsertedAgainReusesThePages)
 {
-    TempDir dir;
-    const std::string path = dir.File("reuse.db");
-    TestDb db(path);
-    db.Begin();
-    const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
     std::mt19937 random(23);
     std::vector<std::pair<std::string, std::string>> rows;
     for (int i = 0; i < 2500; ++i)

@@ -1,18 +1,14 @@
 // Changes undone by the pager: cursors find their place again once told.
 #include "BtreeSupport.h"
-#include "TempDir.h"
 
 #include <gtest/gtest.h>
 
 using namespace sqlite2;
 
-TEST(BtreeRollback, SavepointUndoesSplitsAndCursorsFollow)
+using BtreeRollback = BtreeNewTableTest;
+
+TEST_F(BtreeRollback, SavepointUndoesSplitsAndCursorsFollow)
 {
-    TempDir dir;
-    const std::string path = dir.File("savepoint.db");
-    TestDb db(path);
-    db.Begin();
-    const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
     Model model;
     Cursor cursor(db.tree, root);
     for (int i = 0; i < 300; ++i) {
@@ -45,13 +41,8 @@ TEST(BtreeRollback, SavepointUndoesSplitsAndCursorsFollow)
     EXPECT_EQ(db.tree.Meta(56), 0u) << "the pages taken in the savepoint went back with it";
 }
 
-TEST(BtreeRollback, WholeWriteUndone)
+TEST_F(BtreeRollback, WholeWriteUndone)
 {
-    TempDir dir;
-    const std::string path = dir.File("rollback.db");
-    TestDb db(path);
-    db.Begin();
-    const uint32_t root = db.AddTable("t", "CREATE TABLE t(x)");
     Cursor cursor(db.tree, root);
     ASSERT_TRUE(InsertTextRows(cursor, 500, [](int i) { return std::string(i, 'r'); }));
     db.Commit();
