@@ -30,6 +30,17 @@ void Trace(const char* text)
     currentSink(line);
 }
 
+// The formatted text, cut to 2047 characters, goes to pass; a null format
+// passes nothing.
+void PassFormatted(void (*pass)(const char*), const char* format, va_list args)
+{
+    if (!format)
+        return;
+    char text[2048];
+    vsnprintf(text, sizeof text, format, args);
+    pass(text);
+}
+
 } // namespace
 
 ZT_MessageSink ZT_SetMessageSink(ZT_MessageSink sink)
@@ -41,27 +52,19 @@ ZT_MessageSink ZT_SetMessageSink(ZT_MessageSink sink)
 
 void ReportMessage(const char* format, ...)
 {
-    if (!format)
-        return;
-    char text[2048];
     va_list args;
     va_start(args, format);
-    vsnprintf(text, sizeof text, format, args);
-    va_end(args);
     // No application main window exists in a console program, so only the trace is written.
-    Trace(text);
+    PassFormatted(Trace, format, args);
+    va_end(args);
 }
 
 void ZT_Trace(const char* format, ...)
 {
-    if (!format)
-        return;
-    char text[2048];
     va_list args;
     va_start(args, format);
-    vsnprintf(text, sizeof text, format, args);
+    PassFormatted(ZT_DebugDump, format, args);
     va_end(args);
-    ZT_DebugDump(text);
 }
 
 void ZT_Assert(bool ok, const char* header, int number)
