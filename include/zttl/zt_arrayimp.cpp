@@ -1,5 +1,6 @@
 #include "zttl/zt_arrayimp.h"
 
+#include "zttl/zt_arraygrow.h"
 #include "zttl/zt_report.h"
 
 #include <cstdio>
@@ -12,29 +13,10 @@ ZT_ArrayPtrBase::~ZT_ArrayPtrBase()
 
 bool ZT_ArrayPtrBase::SetSize(int n)
 {
-    if (n <= 0) {
-        free(data);
-        data = nullptr;
-        count = 0;
-        capacity = 0;
+    if (ZT_ResizeBlock(data, count, capacity, n, growBy, ZT_ClearFrom::Count))
         return true;
-    }
-    if (n <= capacity) {
-        count = n;
-        return true;
-    }
-    int newCapacity = count + ((n - count) / growBy + 1) * growBy;
-    void** grown = static_cast<void**>(realloc(data, size_t(newCapacity) * sizeof(void*)));
-    if (!grown) {
-        ZT_DebugDump("ZT_ArrayPtr realloc failed");
-        return false;
-    }
-    for (int i = count; i < newCapacity; ++i)
-        grown[i] = nullptr;
-    data = grown;
-    capacity = newCapacity;
-    count = n;
-    return true;
+    ZT_DebugDump("ZT_ArrayPtr realloc failed");
+    return false;
 }
 
 void* ZT_ArrayPtrBase::GetSlot(int i) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zttl/zt_arraygrow.h"
 #include "zttl/zt_report.h"
 
 #include <cstdlib>
@@ -22,40 +23,12 @@ public:
     ZT_ArrayObVal& operator=(const ZT_ArrayObVal&) = delete;
     // Frees the block only: the elements' own memory is released by a derived
     // class (as ZT_StringList does) or not at all.
-    virtual ~ZT_ArrayObVal()
-    {
-        count = 0;
-        capacity = 0;
-        free(data);
-        data = nullptr;
-    }
+    virtual ~ZT_ArrayObVal() { ZT_FreeBlock(data, count, capacity); }
 
     // SetSize(0) frees the block without releasing the elements' own memory.
     bool SetSize(int n)
     {
-        ZT_Assert(count >= 0, "zt_arrayobval", 94);
-        ZT_Assert(capacity >= 0, "zt_arrayobval", 95);
-        ZT_Assert(n >= 0, "zt_arrayobval", 96);
-        if (n <= 0) {
-            free(data);
-            data = nullptr;
-            count = 0;
-            capacity = 0;
-            return true;
-        }
-        if (n <= capacity) {
-            count = n;
-            return true;
-        }
-        int newCapacity = count + ((n - count) / 4) * 4 + 4;
-        T* grown = static_cast<T*>(realloc(static_cast<void*>(data), size_t(newCapacity) * sizeof(T)));
-        if (!grown)
-            return false;
-        memset(static_cast<void*>(grown + capacity), 0, size_t(newCapacity - capacity) * sizeof(T));
-        data = grown;
-        capacity = newCapacity;
-        count = n;
-        return true;
+        return ZT_ResizeChecked(data, count, capacity, n, 4, "zt_arrayobval", 94);
     }
 
     // Checked access (0-based). A bad index is reported and answered with the

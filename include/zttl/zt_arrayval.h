@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zttl/zt_arraygrow.h"
 #include "zttl/zt_report.h"
 
 #include <cstdlib>
@@ -22,41 +23,13 @@ public:
         return *this;
     }
     // Frees the block.
-    virtual ~ZT_ArrayVal()
-    {
-        count = 0;
-        capacity = 0;
-        free(data);
-        data = nullptr;
-    }
+    virtual ~ZT_ArrayVal() { ZT_FreeBlock(data, count, capacity); }
 
     // Sets the count; growth zero-fills the new elements, SetSize(0) frees the
     // block. False when memory runs out (the array is unchanged).
     bool SetSize(int n)
     {
-        ZT_Assert(count >= 0, "zt_arrayval", 90);
-        ZT_Assert(capacity >= 0, "zt_arrayval", 91);
-        ZT_Assert(n >= 0, "zt_arrayval", 92);
-        if (n <= 0) {
-            free(data);
-            data = nullptr;
-            count = 0;
-            capacity = 0;
-            return true;
-        }
-        if (n <= capacity) {
-            count = n;
-            return true;
-        }
-        int newCapacity = count + ((n - count) / 16 + 1) * 16;
-        T* grown = static_cast<T*>(realloc(data, size_t(newCapacity) * sizeof(T)));
-        if (!grown)
-            return false;
-        memset(static_cast<void*>(grown + capacity), 0, size_t(newCapacity - capacity) * sizeof(T));
-        data = grown;
-        capacity = newCapacity;
-        count = n;
-        return true;
+        return ZT_ResizeChecked(data, count, capacity, n, 16, "zt_arrayval", 90);
     }
 
     // Gives back storage once more than half of the block is unused.
