@@ -13,19 +13,13 @@ ZT_SQLite2Database::~ZT_SQLite2Database()
     ZT_SQLite2Database::Close();
 }
 
-void ZT_SQLite2Database::TakeError(char* message)
+void ZT_SQLite2Database::FreeMessage(char* message)
 {
-    if (message)
-        SetError(message);
     sqlite_freemem(message);
 }
 
-bool ZT_SQLite2Database::Open()
+void ZT_SQLite2Database::Connect()
 {
-    if (handle)
-        return true;
-    if (!StartOpening())
-        return false;
     char* message = nullptr;
     handle = sqlite_open(name, 0, &message);
     if (handle && message)
@@ -33,7 +27,11 @@ bool ZT_SQLite2Database::Open()
     else if (!handle && message)
         ReportError("E_ Failed to open %s. SQLITE: %s", name, message);
     TakeError(message);
-    return handle != nullptr;
+}
+
+void ZT_SQLite2Database::Disconnect()
+{
+    sqlite_close(Handle());
 }
 
 bool ZT_SQLite2Database::Close()
@@ -44,11 +42,7 @@ bool ZT_SQLite2Database::Close()
         if (!Detach(attached.KeyAt(0)))
             attached.RemoveAt(0);
     }
-    if (handle) {
-        sqlite_close(Handle());
-        handle = nullptr;
-    }
-    return true;
+    return ZT_SQLiteDatabase::Close();
 }
 
 bool ZT_SQLite2Database::Detach(const char* attachName)
@@ -65,17 +59,9 @@ bool ZT_SQLite2Database::Detach(const char* attachName)
     return true;
 }
 
-bool ZT_SQLite2Database::Execute(const char* sql)
+int ZT_SQLite2Database::Exec(const char* sql, char** message)
 {
-    if (!handle)
-        return RejectUnopened("SQLite exec failed: %s");
-    char* message = nullptr;
-    if (sqlite_exec(Handle(), sql, nullptr, nullptr, &message) != 0) {
-        TakeError(message);
-        ReportError("SQLite exec failed: %s", GetError());
-        return false;
-    }
-    return true;
+    return sqlite_exec(Handle(), sql, nullptr, nullptr, message);
 }
 
 sqlite_vm* ZT_SQLite2Database::Prepare(const char* sql)
@@ -88,8 +74,7 @@ sqlite_vm* ZT_SQLite2Database::Prepare(const char* sql)
     sqlite_vm* vm = nullptr;
     char* message = nullptr;
     if (sqlite_compile(Handle(), sql, &tail, &vm, &message) != 0) {
-        TakeError(message);
-        ReportError("SQLITE %s", GetError());
+        Fail(message, "SQLITE %s");
         return nullptr;
     }
     return vm;
@@ -114,24 +99,17 @@ bool ZT_SQLite2Database::QueryValueArgs(ZT_String& out, const char* format, cons
     return accepted;
 }
 
-int ZT_SQLite2Database::FillResult(ZT_SQLiteResultSet& result, const char* sql)
+int ZT_SQLite2Database::GetTable(const char* sql, ZT_SQLiteResult*& table, int& rows, int& columns, char** message)
 {
-    result.Clear();
-    if (!handle)
-        return RejectUnopened("SQLITE %s");
-    char** table = nullptr;
-    int rows = 0;
-    int columns = 0;
-    char* message = nullptr;
-    if (sqlite_get_table(Handle(), sql, &table, &rows, &columns, &message) != 0) {
-        TakeError(message);
-        ReportError("SQLITE %s", GetError());
-        if (table)
-            sqlite_free_table(table);
-        return 0;
+    char** cells = nullptr;
+    int code = sqlite_get_table(Handle(), sql, &cells, &rows, &columns, message);
+    if (code != 0) {
+        if (cells)
+            sqlite_free_table(cells);
+        return code;
     }
-    result.Attach(new ZT_SQLite2Result(table), columns, rows);
-    return 1;
+    table = new ZT_SQLite2Result(cells);
+    return 0;
 }
 
 int ZT_SQLite2Database::LastInsertRowId()

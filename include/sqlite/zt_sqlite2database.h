@@ -14,23 +14,21 @@ public:
     ~ZT_SQLite2Database();
 
     double Version() override { return 2.0; }
-    bool Execute(const char* sql) override;
     bool QueryValueArgs(ZT_String& out, const char* format, const ZT_FormatArg* args, int count) override;
     int LastInsertRowId() override;
-    bool Open() override;
-    void OnCreated() override {}
     bool Close() override;
     // "DETACH DATABASE attachName"; the object attached under that name loses the
     // shared connection without closing it. False when SQLite refuses.
     bool Detach(const char* attachName);
 
-protected:
-    int FillResult(ZT_SQLiteResultSet& result, const char* sql) override;
-
 private:
+    void Connect() override;
+    void Disconnect() override;
+    int Exec(const char* sql, char** message) override;
+    int GetTable(const char* sql, ZT_SQLiteResult*& table, int& rows, int& columns, char** message) override;
+    void FreeMessage(char* message) override;
+
     sqlite* Handle() const { return static_cast<sqlite*>(handle); }
     // The compiled first statement of sql, or null (reported).
     sqlite_vm* Prepare(const char* sql);
-    // Takes over a message the library allocated: keeps its text and frees it.
-    void TakeError(char* message);
 };

@@ -15,53 +15,31 @@ ZT_SQLite3Database::~ZT_SQLite3Database()
     ZT_SQLite3Database::Close();
 }
 
-void ZT_SQLite3Database::TakeError(char* message)
+void ZT_SQLite3Database::FreeMessage(char* message)
 {
-    if (message)
-        SetError(message);
     sqlite3_free(message);
 }
 
-bool ZT_SQLite3Database::Open()
+void ZT_SQLite3Database::Connect()
 {
-    if (handle)
-        return true;
-    if (!StartOpening())
-        return false;
     sqlite3* connection = nullptr;
     if (sqlite3_open(name, &connection) != 0) {
         if (connection)
             SetError(sqlite3_errmsg(connection));
         sqlite3_close(connection);
-        handle = nullptr;
-        return false;
+        return;
     }
     handle = connection;
-    return handle != nullptr;
 }
 
-bool ZT_SQLite3Database::Close()
+void ZT_SQLite3Database::Disconnect()
 {
-    if (keepOpen)
-        return true;
-    if (handle) {
-        sqlite3_close(Handle());
-        handle = nullptr;
-    }
-    return true;
+    sqlite3_close(Handle());
 }
 
-bool ZT_SQLite3Database::Execute(const char* sql)
+int ZT_SQLite3Database::Exec(const char* sql, char** message)
 {
-    if (!handle)
-        return RejectUnopened("SQLite exec failed: %s");
-    char* message = nullptr;
-    if (sqlite3_exec(Handle(), sql, nullptr, nullptr, &message) != 0) {
-        TakeError(message);
-        ReportError("SQLite exec failed: %s", GetError());
-        return false;
-    }
-    return true;
+    return sqlite3_exec(Handle(), sql, nullptr, nullptr, message);
 }
 
 sqlite3_stmt* ZT_SQLite3Database::Prepare(const char* sql)
@@ -90,22 +68,13 @@ bool ZT_SQLite3Database::QueryValueArgs(ZT_String& out, const char* format, cons
     return accepted;
 }
 
-int ZT_SQLite3Database::FillResult(ZT_SQLiteResultSet& result, const char* sql)
+int ZT_SQLite3Database::GetTable(const char* sql, ZT_SQLiteResult*& table, int& rows, int& columns, char** message)
 {
-    result.Clear();
-    if (!handle)
-        return RejectUnopened("SQLITE %s");
-    char** table = nullptr;
-    int rows = 0;
-    int columns = 0;
-    char* message = nullptr;
-    if (GetPackedTable(Handle(), sql, &table, &rows, &columns, &message) != 0) {
-        TakeError(message);
-        ReportError("SQLITE %s", GetError());
-        return 0;
-    }
-    result.Attach(new ZT_SQLite3Result(table), columns, rows);
-    return 1;
+    char** cells = nullptr;
+    int code = GetPackedTable(Handle(), sql, &cells, &rows, &columns, message);
+    if (code == 0)
+        table = new ZT_SQLite3Result(cells);
+    return code;
 }
 
 int ZT_SQLite3Database::LastInsertRowId()

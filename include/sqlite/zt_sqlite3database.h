@@ -14,21 +14,18 @@ public:
     ~ZT_SQLite3Database();
 
     double Version() override { return 3.0; }
-    bool Execute(const char* sql) override;
     bool QueryValueArgs(ZT_String& out, const char* format, const ZT_FormatArg* args, int count) override;
     int LastInsertRowId() override;
-    bool Open() override;
-    void OnCreated() override {}
-    bool Close() override;
-
-protected:
-    int FillResult(ZT_SQLiteResultSet& result, const char* sql) override;
 
 private:
+    void Connect() override;
+    void Disconnect() override;
+    int Exec(const char* sql, char** message) override;
+    int GetTable(const char* sql, ZT_SQLiteResult*& table, int& rows, int& columns, char** message) override;
+    void FreeMessage(char* message) override;
+
     sqlite3* Handle() const { return static_cast<sqlite3*>(handle); }
     // The prepared first statement of sql, or null; a statement that does not
     // compile is not reported here.
     sqlite3_stmt* Prepare(const char* sql);
-    // Takes over a message the library allocated: keeps its text and frees it.
-    void TakeError(char* message);
 };

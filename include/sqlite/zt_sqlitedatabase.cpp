@@ -87,11 +87,71 @@ bool ZT_SQLiteDatabase::StartOpening()
     return false;
 }
 
+bool ZT_SQLiteDatabase::Open()
+{
+    if (handle)
+        return true;
+    if (!StartOpening())
+        return false;
+    Connect();
+    return handle != nullptr;
+}
+
+bool ZT_SQLiteDatabase::Close()
+{
+    if (keepOpen)
+        return true;
+    if (handle) {
+        Disconnect();
+        handle = nullptr;
+    }
+    return true;
+}
+
+void ZT_SQLiteDatabase::TakeError(char* message)
+{
+    if (message)
+        SetError(message);
+    FreeMessage(message);
+}
+
 bool ZT_SQLiteDatabase::RejectUnopened(const char* reportFormat)
 {
     SetError(notOpenMessage);
     ReportError(reportFormat, GetError());
     return false;
+}
+
+bool ZT_SQLiteDatabase::Fail(char* message, const char* reportFormat)
+{
+    TakeError(message);
+    ReportError(reportFormat, GetError());
+    return false;
+}
+
+bool ZT_SQLiteDatabase::Execute(const char* sql)
+{
+    if (!handle)
+        return RejectUnopened("SQLite exec failed: %s");
+    char* message = nullptr;
+    if (Exec(sql, &message) != 0)
+        return Fail(message, "SQLite exec failed: %s");
+    return true;
+}
+
+int ZT_SQLiteDatabase::FillResult(ZT_SQLiteResultSet& result, const char* sql)
+{
+    result.Clear();
+    if (!handle)
+        return RejectUnopened("SQLITE %s");
+    ZT_SQLiteResult* table = nullptr;
+    int rows = 0;
+    int columns = 0;
+    char* message = nullptr;
+    if (GetTable(sql, table, rows, columns, &message) != 0)
+        return Fail(message, "SQLITE %s");
+    result.Attach(table, columns, rows);
+    return 1;
 }
 
 ZT_String ZT_SQLiteDatabase::Render(const char* format, const ZT_FormatArg* args, int count)

@@ -23,7 +23,7 @@ public:
     virtual double Version() = 0;
     // Runs the statements as they are (no format pass). False when not open or
     // when SQLite refuses; the message is then in GetError and reported.
-    virtual bool Execute(const char* sql) = 0;
+    virtual bool Execute(const char* sql);
     // The first column of the first row into out; false (out unchanged) without a
     // row or when the statement does not compile.
     virtual bool QueryValueArgs(ZT_String& out, const char* format, const ZT_FormatArg* args, int count) = 0;
@@ -36,14 +36,14 @@ public:
     virtual int LastInsertRowId() = 0;
     // Opens the connection (a missing file is created by the library); true when
     // already open, false for a name that did not fit or that SQLite refuses.
-    virtual bool Open() = 0;
-    // Called by OpenOrCreate after it created the file.
-    virtual void OnCreated() = 0;
+    virtual bool Open();
+    // Called by OpenOrCreate after it created the file; the back ends add nothing.
+    virtual void OnCreated() {}
     // Whether the connection is open.
     virtual bool IsOpen() { return handle != nullptr; }
-    // Closes the connection; back ends answer true, also when keepOpen holds it
-    // open. The 2.x back end first detaches the databases attached to it.
-    virtual bool Close() { return false; }
+    // Closes the connection; answers true, also when keepOpen holds it open.
+    // The 2.x back end first detaches the databases attached to it.
+    virtual bool Close();
     // Opens the file, or creates it (OnCreated, WasCreated) when the name is not
     // an existing file. The back ends call it from their constructors.
     virtual bool OpenOrCreate();
@@ -95,11 +95,17 @@ protected:
     ~ZT_SQLiteDatabase();
 
     // Fills a holder from the library's get_table call; shared by the three query kinds.
-    virtual int FillResult(ZT_SQLiteResultSet& result, const char* sql) = 0;
+    int FillResult(ZT_SQLiteResultSet& result, const char* sql);
     // Error text kept until the next one or ClearError.
     void SetError(const char* text) { error.Set(text); }
+    // Takes over a message the library allocated (or null): keeps its text as
+    // the error and frees it.
+    void TakeError(char* message);
     // An object whose file did not open answers every statement with this.
     bool RejectUnopened(const char* reportFormat);
+    // A failed library call: takes over its message, reports it with
+    // reportFormat and answers false.
+    bool Fail(char* message, const char* reportFormat);
     // The statement the format engine makes of format and arguments.
     static ZT_String Render(const char* format, const ZT_FormatArg* args, int count);
     void ClearError() { error.Empty(); }
@@ -108,6 +114,19 @@ protected:
     // The common start of Open: forgets the last error, and refuses an
     // unusable name with SQLite's own message.
     bool StartOpening();
+
+    // What each generation's library does in the steps above, on the open
+    // handle where there is one. Connect sets handle, or leaves it null with any
+    // message in the error text; Disconnect closes it, and Close forgets it.
+    virtual void Connect() = 0;
+    virtual void Disconnect() = 0;
+    // The library's exec and get_table: 0 on success, otherwise message holds
+    // the library's text (or null). A failed GetTable leaves no array behind; a
+    // successful one gives the array's owner in table.
+    virtual int Exec(const char* sql, char** message) = 0;
+    virtual int GetTable(const char* sql, ZT_SQLiteResult*& table, int& rows, int& columns, char** message) = 0;
+    // Frees a message (or null) the library allocated.
+    virtual void FreeMessage(char* message) = 0;
 
     template <class... A>
     // The arguments plus a 0 that is never counted, so that even a call without
