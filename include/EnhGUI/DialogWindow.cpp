@@ -1,6 +1,7 @@
 #include "EnhGUI/DialogWindow.h"
 
 #include "EnhGUI/ParamLines.h"
+#include "EnhGUI/WindowMetrics.h"
 
 #include <QDialog>
 #include <QPushButton>
@@ -35,4 +36,47 @@ void FocusFirstLine(const ParamLines& lines)
             return;
         }
     }
+}
+
+DialogWindow::DialogWindow() : QDialog(nullptr), ParamLines(this) {}
+
+DialogWindow::~DialogWindow()
+{
+    RemoveAll();
+}
+
+DialogGeometry DialogWindow::StartWindow(QWidget* parentWindow, int parameterCount)
+{
+    const DialogGeometry geometry = DialogGeometry::For(parameterCount, lineStep);
+    margin = geometry.margin;
+    PrepareDialogWindow(this, parentWindow, title.GetString(), geometry);
+    font = WindowMetrics::DefaultGuiFont();
+    RemoveAll();
+    return geometry;
+}
+
+bool DialogWindow::AddLine(ParamLine* line, const char* label, const char* hint)
+{
+    line->SetFont(font);
+    return ParamLines::AddLine(line, label, hint);
+}
+
+void DialogWindow::ArrangeWindow()
+{
+    LineRect area = LineRect::FromQRect(rect());
+    area.bottom -= margin + lineStep;
+    Arrange(area);
+    PlaceButtons(width(), height());
+}
+
+void DialogWindow::OnControlClicked(int id)
+{
+    if (id >= FirstControlId && id <= LastCommandId)
+        OnParamCommand(id);
+}
+
+void DialogWindow::OnParamCommand(int id)
+{
+    if (ParamLine* line = GetLine(id - FirstControlId))
+        line->OnAction();
 }

@@ -1,8 +1,6 @@
 #include "EnhGUI/ParamsDialog.h"
 
 #include "EnhGUI/DialogGeometry.h"
-#include "EnhGUI/DialogWindow.h"
-#include "EnhGUI/WindowMetrics.h"
 #include "zttl/zt_report.h"
 #include "ztlib/zt_parametergroup.h"
 
@@ -10,17 +8,13 @@
 #include <QPushButton>
 
 ParamsDialog::ParamsDialog(ZT_ParameterGroup& set, const char* titleText, void*)
-    : QDialog(nullptr), ParamLines(this), title(titleText), parameters(&set)
+    : parameters(&set)
 {
+    title = titleText;
     if (title.IsEmpty())
         title = set.GetName() ? set.GetName()->GetString() : "";
     if (title.IsEmpty())
         title = "Dialog";
-}
-
-ParamsDialog::~ParamsDialog()
-{
-    RemoveAll();
 }
 
 int ParamsDialog::RunModal()
@@ -35,13 +29,8 @@ int ParamsDialog::RunModal()
 
 bool ParamsDialog::CreateDialogWindow(QWidget* parentWindow)
 {
-    const DialogGeometry geometry = DialogGeometry::For(parameters->GetCount(), lineStep);
-    margin = geometry.margin;
-    PrepareDialogWindow(this, parentWindow, title.GetString(), geometry);
-    font = WindowMetrics::DefaultGuiFont();
-
+    const DialogGeometry geometry = StartWindow(parentWindow, parameters->GetCount());
     const LineRect area{0, 0, geometry.width, geometry.height - margin - lineStep};
-    RemoveAll();
     if (!Build(area, *parameters))
         return false;
 
@@ -61,10 +50,9 @@ bool ParamsDialog::CreateDialogWindow(QWidget* parentWindow)
 
 bool ParamsDialog::AddLine(ParamLine* line, const char* label, const char* hint)
 {
-    line->SetFont(font);
     if (layoutOverride >= 0)
         line->SetLayout(uint8_t(layoutOverride & 0xFF));
-    return ParamLines::AddLine(line, label, hint);
+    return DialogWindow::AddLine(line, label, hint);
 }
 
 void ParamsDialog::PlaceButtons(int clientWidth, int clientHeight)
@@ -81,10 +69,7 @@ void ParamsDialog::resizeEvent(QResizeEvent* event)
     QDialog::resizeEvent(event);
     if (closing || !okButton)
         return;
-    LineRect area = LineRect::FromQRect(rect());
-    area.bottom -= margin + lineStep;
-    Arrange(area);
-    PlaceButtons(width(), height());
+    ArrangeWindow();
 }
 
 bool ParamsDialog::OnCommand(int id)
@@ -101,20 +86,10 @@ bool ParamsDialog::OnCommand(int id)
     return false;
 }
 
-void ParamsDialog::OnControlClicked(int id)
-{
-    if (id >= FirstControlId && id <= LastCommandId)
-        OnParamCommand(id);
-}
-
-// Lines are found by position: a line without an id shifts the match,
-// so a click may reach the line before the one clicked.
 void ParamsDialog::OnParamCommand(int id)
 {
-    const int index = id - FirstControlId;
-    ZT_Trace(" User set parameter %d\n", index);
-    if (ParamLine* line = GetLine(index))
-        line->OnAction();
+    ZT_Trace(" User set parameter %d\n", id - FirstControlId);
+    DialogWindow::OnParamCommand(id);
 }
 
 // The close box and Escape end the dialog as Cancel does, storing nothing.

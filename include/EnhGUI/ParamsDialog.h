@@ -1,23 +1,16 @@
 #pragma once
 
-#include "EnhGUI/ParamLines.h"
-#include "zttl/zt_string.h"
-
-#include <QDialog>
-#include <QFont>
-#include <QPointer>
-#include <QPushButton>
+#include "EnhGUI/DialogWindow.h"
 
 class ZT_ParameterGroup;
 
 // Edits one parameter set in a modal, resizable window: a line per
 // parameter and OK/Cancel along the bottom. Only OK changes the set.
-class ParamsDialog : public QDialog, public ParamLines {
+class ParamsDialog : public DialogWindow {
 public:
     // set is not owned and must outlive the dialog. An empty title takes the
     // set's name, and without one "Dialog".
     ParamsDialog(ZT_ParameterGroup& set, const char* title, void* unused);
-    ~ParamsDialog() override;
 
     // 1 after OK, 0 after Cancel or closing, -1 when the window cannot be made.
     virtual int RunModal();
@@ -41,20 +34,15 @@ protected:
     // The close box and Escape end the dialog as Cancel does, storing nothing.
     void closeEvent(QCloseEvent* event) override;
     void reject() override;
-    void OnControlClicked(int id) override;
     // 1 stores the lines into the set and closes, 2 closes; false for other ids.
     virtual bool OnCommand(int id);
-    // Passes a click to the line at id - FirstControlId: lines are found by
-    // position, so a line without an id before it shifts the match.
-    void OnParamCommand(int id);
+    // Traces the click, then passes it on as every dialog does.
+    void OnParamCommand(int id) override;
 
 private:
-    void PlaceButtons(int clientWidth, int clientHeight);
+    void PlaceButtons(int clientWidth, int clientHeight) override;
     void DestroyWindow();
 
-    QFont font;
-    ZT_String title;
-    QPointer<QPushButton> okButton;
     QPointer<QPushButton> cancelButton;
     bool accepted = false;
     ZT_ParameterGroup* parameters;

@@ -1,8 +1,6 @@
 #include "sqlite/SQLiteRowDialog.h"
 
 #include "EnhGUI/DialogGeometry.h"
-#include "EnhGUI/DialogWindow.h"
-#include "EnhGUI/WindowMetrics.h"
 #include "sqlite/SQLBuilders.h"
 #include "sqlite/zt_sqlitedatabase.h"
 #include "zttl/zt_report.h"
@@ -60,7 +58,7 @@ void KeepStoredKeys(SQLiteParameterSet& stored, SQLiteParameterSet& edited)
 
 SQLiteRowDialog::SQLiteRowDialog(ZT_SQLiteDatabase* db, SQLiteParameterSet* set, const char* where,
                                  const char* orderBy)
-    : QDialog(nullptr), ParamLines(this), database(db), tableSet(set)
+    : database(db), tableSet(set)
 {
     tableName = tableSet->GetName()->GetString();
     if (!database)
@@ -98,11 +96,6 @@ SQLiteRowDialog::SQLiteRowDialog(ZT_SQLiteDatabase* db, SQLiteParameterSet* set,
         title = "Table Edit";
 }
 
-SQLiteRowDialog::~SQLiteRowDialog()
-{
-    RemoveAll();
-}
-
 void SQLiteRowDialog::RunModal()
 {
     if (!CreateDialogWindow(nullptr))
@@ -114,14 +107,9 @@ void SQLiteRowDialog::RunModal()
 
 bool SQLiteRowDialog::CreateDialogWindow(QWidget* parentWindow)
 {
-    const DialogGeometry geometry = DialogGeometry::For(tableSet->GetCount(), lineStep);
-    margin = geometry.margin;
-    PrepareDialogWindow(this, parentWindow, title.GetString(), geometry);
-    font = WindowMetrics::DefaultGuiFont();
-
+    const DialogGeometry geometry = StartWindow(parentWindow, tableSet->GetCount());
     // Narrowed here and once more by Build: twice the margin until the first resize.
     LineRect area{0, 0, geometry.width, geometry.height - margin - lineStep};
-    RemoveAll();
     area.left += margin;
     area.right -= margin;
     if (!Build(area, *tableSet))
@@ -140,12 +128,6 @@ bool SQLiteRowDialog::CreateDialogWindow(QWidget* parentWindow)
     show();
     FocusFirstLine(*this);
     return true;
-}
-
-bool SQLiteRowDialog::AddLine(ParamLine* line, const char* label, const char* hint)
-{
-    line->SetFont(font);
-    return ParamLines::AddLine(line, label, hint);
 }
 
 QPushButton* SQLiteRowDialog::GetButton(int id) const
@@ -177,10 +159,7 @@ void SQLiteRowDialog::resizeEvent(QResizeEvent* event)
     QDialog::resizeEvent(event);
     if (!okButton || !isVisible())
         return;
-    LineRect area = LineRect::FromQRect(rect());
-    area.bottom -= margin + lineStep;
-    Arrange(area);
-    PlaceButtons(width(), height());
+    ArrangeWindow();
 }
 
 void SQLiteRowDialog::TransferRow(bool store)
@@ -260,18 +239,6 @@ bool SQLiteRowDialog::OnCommand(int id)
     default:
         return false;
     }
-}
-
-void SQLiteRowDialog::OnControlClicked(int id)
-{
-    if (id >= FirstControlId && id <= LastCommandId)
-        OnParamCommand(id);
-}
-
-void SQLiteRowDialog::OnParamCommand(int id)
-{
-    if (ParamLine* line = GetLine(id - FirstControlId))
-        line->OnAction();
 }
 
 // Closing and Escape end the editor without saving the row on screen.

@@ -1,13 +1,8 @@
 #pragma once
 
-#include "EnhGUI/ParamLines.h"
+#include "EnhGUI/DialogWindow.h"
 #include "sqlite/SQLiteParameters.h"
 #include "zttl/zt_arrayobval.h"
-
-#include <QDialog>
-#include <QFont>
-#include <QPointer>
-#include <QPushButton>
 
 class ZT_SQLiteDatabase;
 
@@ -16,7 +11,7 @@ class ZT_SQLiteDatabase;
 // changed and move; ">>" past the last row of a table with an integer
 // primary key appends a row; "OK" saves and closes. There is no Cancel:
 // closing the window leaves only the row on screen unsaved.
-class SQLiteRowDialog : public QDialog, public ParamLines {
+class SQLiteRowDialog : public DialogWindow {
 public:
     // Command ids of the buttons; idCancel has no button (closing sends it).
     enum ButtonId { idOk = 1, idCancel = 2, idPrevious = 16, idNext = 17 };
@@ -27,7 +22,6 @@ public:
     // with any other count the key list stays empty.
     SQLiteRowDialog(ZT_SQLiteDatabase* database, SQLiteParameterSet* tableSet, const char* where,
                     const char* orderBy);
-    ~SQLiteRowDialog() override;
 
     // Shows the first row and returns when the dialog closes.
     void RunModal();
@@ -38,8 +32,6 @@ public:
     // always as stored); otherwise loads the current row onto the screen. A
     // failed check without a single key column.
     virtual void TransferRow(bool store);
-    // Gives the line the dialog's font, then adds it as ParamLines does.
-    bool AddLine(ParamLine* line, const char* label, const char* hint) override;
 
     // 0-based index of the row on screen, the number of rows, and whether ">>"
     // past the last row may append one.
@@ -54,25 +46,19 @@ protected:
     // Closing and Escape end the dialog without saving the row on screen.
     void closeEvent(QCloseEvent* event) override;
     void reject() override;
-    void OnControlClicked(int id) override;
     // Handles a button id; false when it could not move (first row, last row
     // without append) or for an unknown id. idOk also copies the row on screen
     // into the caller's set.
     virtual bool OnCommand(int id);
-    // Forwards a control's id to the action of its line.
-    void OnParamCommand(int id);
 
 private:
     // Inserts a row of defaults, which the database gives its key, and shows it.
     bool AppendRow();
-    void PlaceButtons(int clientWidth, int clientHeight);
+    void PlaceButtons(int clientWidth, int clientHeight) override;
     void UpdateButtonsAndCaption();
 
-    ZT_String title;
-    QPointer<QPushButton> okButton;
     QPointer<QPushButton> nextButton;
     QPointer<QPushButton> previousButton;
-    QFont font;
     ZT_String tableName;
     ZT_StringList keys;
     int current = 0;
