@@ -7,22 +7,9 @@
 namespace {
 
 const std::string banner = "Rowkeeper v0.10 (build 10)\n";
-const std::string usage =
-    "USAGE:\n"
-    "\n"
-    "--create2 <file> <sql>\t\tcreate a SQLite 2.x database\n"
-    "--create  <file> <sql>\t\tcreate a SQLite 3.x database\n"
-    "\n"
-    "--exec    <file> <sql>\t\texecute some sql.\n"
-    "--query   <file> <sql>\t\tdisplay query as ascii table\n"
-    "\n"
-    "--query-one  <file> <sql>\treturn single value\n"
-    "--query-csv  <file> <sql>\treturn query result as CSV\n"
-    "--query-tab  <file> <sql>\treturn query result as text with tabs\n"
-    "\n"
-    "--edit-rows  <file> <table> [<where-part>]\tlet user edit table row-wise\n"
-    "--edit-row   <file> <table> [<where-part>]\tlet user edit row via dialog\n"
-    "--insert-row <file> <table>\tlet user insert row via dialog\n";
+// The usage text as users see it, kept as a file so that a change to it is
+// a deliberate one.
+const std::string usage = ReadWholeFile(USAGE_FILE);
 
 // No display at all: the dialog toolkit cannot start.
 const std::vector<std::string> noDisplay = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
@@ -37,6 +24,7 @@ RunResult Launch(std::vector<std::string> args, const std::vector<std::string>& 
 
 TEST(CommandLine, NoArgumentsPrintsBannerAndUsage)
 {
+    ASSERT_NE(usage.find("USAGE:\n"), std::string::npos) << "unreadable " << USAGE_FILE;
     RunResult r = Launch({});
     EXPECT_EQ(r.out, usage);
     EXPECT_EQ(r.err, banner + "\n");
