@@ -62,7 +62,7 @@ TEST_P(CrashDuringWrite, LeavesTheOldOrTheNewState)
 {
     const Change change = GetParam();
     TempDir dir;
-    const std::string start = ReadWholeFile(std::string(FIXTURES_DIR) + "/" + change.fixture + ".db");
+    const std::string start = ReadWholeFile(FixturePath(std::string(change.fixture) + ".db"));
     const std::string path = dir.File("crash.db");
 
     std::ofstream(path, std::ios::binary) << start;
