@@ -26,6 +26,12 @@ public:
     }
     // A line exactly as reported.
     static bool Has(const std::string& line) { return std::find(Lines().begin(), Lines().end(), line) != Lines().end(); }
+    // Whether a line holds the text.
+    static bool Contains(const std::string& text)
+    {
+        return std::any_of(Lines().begin(), Lines().end(),
+                           [&](const std::string& line) { return line.find(text) != std::string::npos; });
+    }
     // How many lines start with the prefix.
     static int Count(const std::string& prefix)
     {

@@ -1,4 +1,4 @@
-#include "../zttl/MessageCapture.h"
+#include "MessageCapture.h"
 #include "sqlite/zt_tableinfo.h"
 #include "ztlib/zt_parametergroup.h"
 #include "ztlib/zt_parameterplain.h"
@@ -11,9 +11,6 @@
 #include <vector>
 
 namespace {
-
-std::vector<std::string> traced;
-void Collect(const char* line) { traced.push_back(line); }
 
 struct Counted : ZT_ParameterPlain {
     static int alive;
@@ -136,14 +133,14 @@ TEST(Parameter, ReferenceRefusesANullTarget)
 
 TEST(ParameterSet, CopiesShareTheirChildren)
 {
-    traced.clear();
-    ZT_MessageSink previous = ZT_SetMessageSink(Collect);
+    MessageCapture messages;
     auto* source = new ZT_ParameterSetAuto;
     source->SetName("person row");
     for (const char* name : {"id", "name", "born"})
         source->AddShared(ZT_ParameterRef(new Counted(name)));
     ZT_ParameterSetAuto copy(*source);
-    EXPECT_EQ(traced.back(), "ZT_ParameterSetAuto::copy_ptrs .. is this intent?\n");
+    ASSERT_FALSE(messages.Lines().empty());
+    EXPECT_EQ(messages.Lines().back(), "ZT_ParameterSetAuto::copy_ptrs .. is this intent?\n");
     EXPECT_STREQ(*copy.GetName(), "person_row");
     copy.SetValueOf("NAME", Text("Ann"));
     ZT_Value value;
@@ -152,7 +149,6 @@ TEST(ParameterSet, CopiesShareTheirChildren)
     EXPECT_EQ(Counted::alive, 3) << "the copy keeps them alive";
     copy.RemoveAll();
     EXPECT_EQ(Counted::alive, 0);
-    ZT_SetMessageSink(previous);
 }
 
 TEST(ParameterSet, DuplicateNamesFindTheFirst)
