@@ -169,17 +169,5 @@ Status BTree::DropTree(uint32_t root)
     return Status::Ok();
 }
 
-Status BTree::ClearTree(uint32_t root)
-{
-    PageCollector collector{pager, order, {}, {}};
-    if (Status status = collector.Collect(root, 0); !status)
-        return status;
-    NoteChange();
-    for (uint32_t page : collector.pages)
-        if (page != root)
-            if (Status status = FreePage(page); !status)
-                return status;
-    return WriteEmptyLeaf(pager, order, root);
-}
 
 } // namespace sqlite2

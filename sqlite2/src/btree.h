@@ -44,8 +44,6 @@ public:
     Status CreateTree(uint32_t& root);
     // Every page of the tree (overflow pages included) goes to the free list.
     Status DropTree(uint32_t root);
-    // Every entry removed; the root stays, as an empty leaf.
-    Status ClearTree(uint32_t root);
 
     // Free list: a page taken from it (or the file grown by one page), and a
     // page given back to it.

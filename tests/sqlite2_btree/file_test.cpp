@@ -203,21 +203,6 @@ TEST_F(BtreeFileWrite, DroppedTreeGoesToTheFreeListAndIsReused)
     EXPECT_EQ(FileProblems(path), noProblems);
 }
 
-TEST_F(BtreeFileWithTable, ClearedTreeKeepsItsRoot)
-{
-    Cursor cursor(db.tree, root);
-    ASSERT_TRUE(InsertTextRows(cursor, 2000, [](int i) { return std::string(i % 1500, 'c'); }));
-    db.Commit();
-    db.Begin();
-    ASSERT_TRUE(db.tree.ClearTree(root));
-    EXPECT_FALSE(cursor.Valid());
-    db.Commit();
-    EXPECT_EQ(db.tree.Meta(56), FileSize(path) / 1024 - 3);
-    EXPECT_EQ(db.RootOf("t"), root);
-    ExpectTreeEquals(db.tree, root, {});
-    EXPECT_EQ(FileProblems(path), noProblems);
-}
-
 TEST(BtreeFile, BigEndianFileKeepsItsOrder)
 {
     TempDir dir;

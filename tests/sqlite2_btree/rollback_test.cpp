@@ -49,7 +49,9 @@ TEST_F(BtreeRollback, WholeWriteUndone)
     const Model before = ReadForward(db.tree, root);
 
     db.Begin();
-    ASSERT_TRUE(db.tree.ClearTree(root));
+    ASSERT_TRUE(cursor.First());
+    while (cursor.Valid())
+        ASSERT_TRUE(cursor.Delete());
     for (int i = 0; i < 100; ++i)
         ASSERT_TRUE(cursor.Insert(RowKey(-i), "x"));
     db.Rollback();
