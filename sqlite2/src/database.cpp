@@ -1,5 +1,6 @@
 #include "database.h"
 
+#include "attach_statements.h"
 #include "concat_operands.h"
 #include "number_spelling.h"
 #include "statement_text.h"
@@ -228,7 +229,9 @@ Status Database::Prepare(const char* sql, sqlite3_stmt** statement, const char**
     }
     const std::string verb = Word(written, tokens, 0);
     bool handled = false;
-    Status status = RunSchemaStatement(written, handled);
+    Status status = RunAttachStatement(written, handled);
+    if (!handled)
+        status = RunSchemaStatement(written, handled);
     if (handled) {
         if (!status && pager.IsWriting() && sqlite3_get_autocommit(connection))
             RollbackWrite();
