@@ -112,6 +112,7 @@ Status Database::RebuildConnection()
                         nullptr) != SQLITE_OK)
         return Status::NoMemory();
     Install28Rules(connection);
+    AddFileModule(connection, this, kFileModuleName);
     triggers = std::make_unique<TriggerRunner>(connection);
     declared.clear();
     schemaLoaded = false;
@@ -148,6 +149,48 @@ Status Database::RefreshSchema()
     return Status::Ok();
 }
 
+namespace {
+
+// How a table of the file is shown to SQLite 3: an eponymous table (a module
+// under its name) while nothing is attached, which costs nothing until a
+// statement names it; a table of the main schema once another file is,
+// since an attached schema's table would hide an eponymous one of the same
+// name, where 2.8 finds the main file's first. "E" or "D", the name and the
+// definition, a line each.
+std::string TableEntry(bool inSchema, const std::string& name, const std::string& sql)
+{
+    return std::string(inSchema ? "D" : "E") + "\n" + name + "\n" + sql;
+}
+
+std::string EntryName(const std::string& entry)
+{
+    const size_t start = entry.find('\n') + 1;
+    return entry.substr(start, entry.find('\n', start) - start);
+}
+
+} // namespace
+
+bool Database::ShowTable(const std::string& entry)
+{
+    const std::string name = EntryName(entry);
+    if (entry[0] == 'E')
+        return AddTableModule(connection, this, name);
+    const std::string create = "CREATE VIRTUAL TABLE main." + QuoteName(name) + " USING " + kFileModuleName + "(" +
+                               QuoteName(name) + ")";
+    return sqlite3_exec(connection, create.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+void Database::HideTable(const std::string& entry)
+{
+    const std::string name = EntryName(entry);
+    if (entry[0] == 'E') {
+        RemoveTableModule(connection, name);
+        return;
+    }
+    const std::string drop = "DROP TABLE IF EXISTS main." + QuoteName(name);
+    sqlite3_exec(connection, drop.c_str(), nullptr, nullptr, nullptr);
+}
+
 // Makes SQLite 3's side match the schema: a virtual table per table, the
 // views, and the triggers of views (which SQLite 3 runs itself). Objects
 // whose definition changed are made anew.
@@ -159,12 +202,13 @@ void Database::DeclareSchema()
         wanted[key] = std::move(sql);
         order.push_back(key);
     };
-    // A table's entry is its name and definition: a table made anew under
-    // the same name gets its new columns.
-    want(std::string("table:") + kSchemaTableName, kSchemaTableName);
+    // A table's entry is how it is shown, its name and its definition: a
+    // table made anew under the same name gets its new columns.
+    const bool inSchema = !attached.empty();
+    want(std::string("table:") + kSchemaTableName, TableEntry(inSchema, kSchemaTableName, ""));
     for (const SchemaRow& row : schema.rows) {
         if (row.type == "table" && row.sql && schema.FindTable(row.name))
-            want("table:" + Lower(row.name), row.name + "\n" + *row.sql);
+            want("table:" + Lower(row.name), TableEntry(inSchema, row.name, *row.sql));
         else if (row.type == "view" && row.sql)
             want("view:" + Lower(row.name), WithConcatAs28(WithSchemaTableName(*row.sql, kSchemaTableName)));
     }
@@ -182,7 +226,7 @@ void Database::DeclareSchema()
         const std::string kind = it->first.substr(0, it->first.find(':'));
         const std::string name = it->first.substr(kind.size() + 1);
         if (kind == "table") {
-            RemoveTableModule(connection, name);
+            HideTable(it->second);
         } else {
             const std::string drop = "DROP " + std::string(kind == "view" ? "VIEW" : "TRIGGER") + " IF EXISTS " +
                                      QuoteName(name);
@@ -196,7 +240,7 @@ void Database::DeclareSchema()
         const std::string& definition = wanted[key];
         // Like 2.8, an object whose statement does not work is left out.
         const bool made = key.compare(0, 6, "table:") == 0
-                              ? AddTableModule(connection, this, definition.substr(0, definition.find('\n')))
+                              ? ShowTable(definition)
                               : sqlite3_exec(connection, definition.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
         if (made)
             declared[key] = definition;
@@ -205,6 +249,7 @@ void Database::DeclareSchema()
 
 void Database::EndStatement()
 {
+    EndAttachedStatements(false);
     if (activeStatements > 0 || !sqlite3_get_autocommit(connection))
         return;
     if (pager.IsWriting())
@@ -223,9 +268,12 @@ Status Database::Prepare(const char* sql, sqlite3_stmt** statement, const char**
     const std::vector<Token> tokens = Tokenize(written);
     if (tokens.empty() || (tokens.size() == 1 && IsPunct(written, tokens[0], ';')))
         return Status::Ok();
-    if (Status status = StartStatement(); !status) {
+    Status started = StartStatement();
+    if (started)
+        started = StartAttachedStatements();
+    if (!started) {
         EndStatement();
-        return status;
+        return started;
     }
     const std::string verb = Word(written, tokens, 0);
     bool handled = false;
@@ -280,6 +328,7 @@ Status Database::Finish(sqlite3_stmt* statement)
     if (statementStart >= 0 && pager.IsWriting())
         pager.Release(statementStart);
     statementStart = -1;
+    EndAttachedStatements(true);
     EndStatement();
     return status;
 }

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <sqlite3.h>
+#include <string>
 #include <vector>
 
 namespace sqlite2 {
@@ -74,6 +75,14 @@ public:
     void UndoStatement();
     int& TriggerDepth() { return triggerDepth; }
 
+    // An attached file is a Database of its own (its pager, B-trees, schema,
+    // and a connection where its trigger programs run) whose tables are also
+    // tables of the schema it was attached as on its owner's connection. The
+    // owner's statements drive it: they take its locks, give the statement's
+    // OR clause and INSERT columns, and end its write transaction.
+    Database& StatementOwner() { return *owner; }
+    bool IsAttached() const { return owner != this; }
+
 private:
     struct PendingInsert {
         std::string table;            // lower case
@@ -83,10 +92,24 @@ private:
     Status StartStatement();
     Status RefreshSchema();
     void DeclareSchema();
+    // One table of the file on SQLite 3's side, by its entry of DeclareSchema.
+    bool ShowTable(const std::string& entry);
+    void HideTable(const std::string& entry);
     Status RebuildConnection();
     // CREATE and DROP of the file's tables, indexes, views and triggers
     // (schema_statements.cpp); handled is false for any other statement.
     Status RunSchemaStatement(std::string_view sql, bool& handled);
+    // ATTACH and DETACH (attach_statements.cpp); handled is false for any
+    // other statement.
+    Status RunAttachStatement(std::string_view sql, bool& handled);
+    Status Attach(const std::string& path, const std::string& name);
+    Status Detach(const std::string& name);
+    // Shows an attached file's tables and views on this connection again
+    // when its schema was read anew.
+    Status DeclareAttached(size_t index);
+    // The attached files' part of a statement's start and end.
+    Status StartAttachedStatements();
+    void EndAttachedStatements(bool release);
     Status WriteSchemaChange(const std::function<Status()>& change);
     Status CreateTable(std::string_view body);
     Status CreateIndex(std::string_view body, bool unique);
@@ -113,6 +136,14 @@ private:
     std::vector<int> savepoints; // the pager's savepoint for each level
     Conflict statementConflict = Conflict::Default;
     int statementStart = -1; // the pager's savepoint, while a statement writes
+
+    struct AttachedFile {
+        std::string name; // as attached; SQLite 3 knows it under the same name
+        std::unique_ptr<Database> file;
+        uint64_t declaredGeneration = 0; // the file's schema generation its tables were shown for
+    };
+    std::vector<AttachedFile> attached;
+    Database* owner = this;
 };
 
 } // namespace sqlite2

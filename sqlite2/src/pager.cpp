@@ -667,6 +667,13 @@ Pager::~Pager()
     // Closing the descriptor drops the changes of an open write with the lock.
 }
 
+bool Pager::IsSameFile(const std::string& path) const
+{
+    struct stat mine, other;
+    return state && state->fd >= 0 && fstat(state->fd, &mine) == 0 && stat(path.c_str(), &other) == 0 &&
+           mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
+}
+
 Status Pager::Open(const std::string& path)
 {
     state = std::make_unique<State>();

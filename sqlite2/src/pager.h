@@ -42,6 +42,8 @@ public:
     // 2.8 does); a file that cannot be written is opened read-only. Takes no
     // lock and reads nothing. CantOpen on failure.
     Status Open(const std::string& path);
+    // Whether path names the file this pager has open (the same inode).
+    bool IsSameFile(const std::string& path) const;
     bool IsReadOnly() const;
 
     // Unlocked -> reading; a no-op while reading or writing. A journal left

@@ -66,8 +66,11 @@ int Connect(sqlite3* db, void* aux, int argc, const char* const* argv, sqlite3_v
     auto* database = static_cast<Database*>(aux);
     auto vtab = std::make_unique<TableVtab>();
     vtab->database = database;
-    // An eponymous table is named by its module: argv[2] is the table's name.
-    vtab->name = argc > 2 ? argv[2] : "";
+    // An eponymous table is named by its module (argv[2]); an attached
+    // file's table, declared with CREATE VIRTUAL TABLE, by its argument.
+    const bool declared = argc > 3;
+    vtab->name = declared ? Dequote(argv[3]) : argc > 2 ? argv[2] : "";
+    vtab->onOwnConnection = !declared;
     vtab->schemaTable = vtab->name == kSchemaTableName;
     if (vtab->schemaTable)
         vtab->name = "sqlite_master";
@@ -520,6 +523,16 @@ bool AddTableModule(sqlite3* connection, Database* database, const std::string& 
         CommitWrite, RollbackWrite, nullptr, nullptr, OpenSavepoint, ReleaseSavepoint, RollbackToSavepoint, nullptr,
     };
     return sqlite3_create_module(connection, name.c_str(), &module, database) == SQLITE_OK;
+}
+
+bool AddFileModule(sqlite3* connection, Database* file, const std::string& moduleName)
+{
+    static const sqlite3_module module = {
+        2,          Connect,    Connect, BestIndex, Disconnect, Disconnect, OpenCursor, CloseCursor,
+        Filter,     Next,       Eof,     Column,    RowidMethod, UpdateRow, BeginWrite, SyncWrite,
+        CommitWrite, RollbackWrite, nullptr, nullptr, OpenSavepoint, ReleaseSavepoint, RollbackToSavepoint, nullptr,
+    };
+    return sqlite3_create_module(connection, moduleName.c_str(), &module, file) == SQLITE_OK;
 }
 
 void RemoveTableModule(sqlite3* connection, const std::string& name)

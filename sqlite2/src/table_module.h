@@ -31,6 +31,16 @@ bool AddTableModule(sqlite3* connection, Database* database, const std::string& 
 // prepared before must be finished first.
 void RemoveTableModule(sqlite3* connection, const std::string& name);
 
+// The module through which a connection shows a file's tables in a schema:
+// "CREATE VIRTUAL TABLE aux.t USING moduleName(t)", kSchemaTableName for the
+// file's sqlite_master. Used for attached files (on their owner's
+// connection) and for the main file's tables while others are attached.
+// Removed with RemoveTableModule.
+bool AddFileModule(sqlite3* connection, Database* file, const std::string& moduleName);
+
+// The main file's own module of that kind.
+inline constexpr const char* kFileModuleName = "sqlite2_file";
+
 // The table as declared to SQLite 3.
 std::string DeclaredTable(const TableSchema& table);
 

@@ -15,6 +15,9 @@ struct TableVtab : sqlite3_vtab {
     Database* database = nullptr;
     std::string name; // the file's table name
     bool schemaTable = false;
+    // False for an attached file's table as its owner's connection sees it;
+    // true on the connection of the file's own Database.
+    bool onOwnConnection = true;
 
     const TableSchema* Table() const
     {

@@ -52,7 +52,7 @@ class RowWriter {
 public:
     RowWriter(TableVtab& vtab, const TableSchema& table)
         : vtab(vtab), database(*vtab.database), table(table), rows(database.Tree(), table),
-          mode(database.TriggerDepth() == 0 ? database.StatementConflict()
+          mode(database.TriggerDepth() == 0 ? database.StatementOwner().StatementConflict()
                                             : StatementConflict(database.Connection()))
     {
         triggerTable.name = table.name;
@@ -92,7 +92,8 @@ private:
 
 Row RowWriter::NewRow(sqlite3_value** values, bool applyDefaults) const
 {
-    const std::vector<bool>* named = applyDefaults ? database.InsertedColumns(table) : nullptr;
+    const std::vector<bool>* named =
+        applyDefaults && database.TriggerDepth() == 0 ? database.StatementOwner().InsertedColumns(table) : nullptr;
     Row row;
     for (size_t c = 0; c < table.info.columns.size(); ++c) {
         if (named && c < named->size() && !(*named)[c])
@@ -248,7 +249,7 @@ Status RowWriter::Insert(sqlite3_value** values, sqlite3_value* givenRowid, int3
     if (Status status = rows.Insert(rowid, row); !status)
         return status;
     if (database.TriggerDepth() == 0)
-        database.NoteInsertedRowid(rowid);
+        database.StatementOwner().NoteInsertedRowid(rowid);
     return Fire(Timing::After, Event::Insert, nullptr, 0, &row, rowid, skip);
 }
 
@@ -305,9 +306,18 @@ int UpdateRow(sqlite3_vtab* base, int argc, sqlite3_value** argv, sqlite3_int64*
     } else {
         status = writer.Update(int32_t(sqlite3_value_int64(argv[0])), argv + 2, argv[1]);
     }
-    if (!status && topLevel && database.StatementConflict() != Conflict::Fail)
+    if (!status && topLevel && database.StatementOwner().StatementConflict() != Conflict::Fail)
         database.UndoStatement(); // ABORT: the rows this statement already wrote go too
     return status ? SQLITE_OK : Fail(base, status);
+}
+
+// An attached file's own connection runs only its trigger programs, inside
+// a statement of its owner: the owner's connection ends the file's
+// transaction and keeps its savepoints.
+bool DrivenByOwner(sqlite3_vtab* base)
+{
+    const auto* vtab = static_cast<TableVtab*>(base);
+    return vtab->onOwnConnection && vtab->database->IsAttached();
 }
 
 int BeginWrite(sqlite3_vtab* base)
@@ -320,6 +330,8 @@ int BeginWrite(sqlite3_vtab* base)
 // ignores what xCommit returns); the other tables find nothing left to do.
 int SyncWrite(sqlite3_vtab* base)
 {
+    if (DrivenByOwner(base))
+        return SQLITE_OK;
     Status status = static_cast<TableVtab*>(base)->database->CommitWrite();
     return status ? SQLITE_OK : Fail(base, status);
 }
@@ -331,24 +343,32 @@ int CommitWrite(sqlite3_vtab*)
 
 int RollbackWrite(sqlite3_vtab* base)
 {
+    if (DrivenByOwner(base))
+        return SQLITE_OK;
     static_cast<TableVtab*>(base)->database->RollbackWrite();
     return SQLITE_OK;
 }
 
 int OpenSavepoint(sqlite3_vtab* base, int level)
 {
+    if (DrivenByOwner(base))
+        return SQLITE_OK;
     static_cast<TableVtab*>(base)->database->OpenSavepoint(level);
     return SQLITE_OK;
 }
 
 int ReleaseSavepoint(sqlite3_vtab* base, int level)
 {
+    if (DrivenByOwner(base))
+        return SQLITE_OK;
     static_cast<TableVtab*>(base)->database->ReleaseSavepoint(level);
     return SQLITE_OK;
 }
 
 int RollbackToSavepoint(sqlite3_vtab* base, int level)
 {
+    if (DrivenByOwner(base))
+        return SQLITE_OK;
     static_cast<TableVtab*>(base)->database->RollbackToSavepoint(level);
     return SQLITE_OK;
 }

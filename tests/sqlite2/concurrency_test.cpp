@@ -136,3 +136,30 @@ TEST_F(Sqlite2Concurrency, AReaderElsewhereMakesOurWriteBusy)
     }
     EXPECT_EQ(Exec(ours, "UPDATE person SET name = 'y' WHERE id = 2"), SQLITE_OK);
 }
+
+TEST_F(Sqlite2Concurrency, AnAttachedFileIsLockedAsTheMainOneIs)
+{
+    const std::string otherPath = dir.File("other.db");
+    {
+        sqlite* other = sqlite_open(otherPath.c_str(), 0, nullptr);
+        ASSERT_EQ(Exec(other, "CREATE TABLE w(x); INSERT INTO w VALUES(1)"), SQLITE_OK);
+        sqlite_close(other);
+    }
+    ASSERT_EQ(Exec(ours, "ATTACH '" + otherPath + "' AS aux"), SQLITE_OK);
+    const std::string otherBefore = ReadWholeFile(otherPath);
+    {
+        OtherProgram writer([](sqlite* db) { Exec(db, "BEGIN; UPDATE w SET x = 2"); }, otherPath);
+        std::string message;
+        EXPECT_EQ(Exec(ours, "SELECT count(*) FROM person", &message), SQLITE_BUSY) << "every file is locked";
+        EXPECT_EQ(message, "database is locked");
+        EXPECT_EQ(Exec(ours, "INSERT INTO w VALUES(3)", &message), SQLITE_BUSY);
+        EXPECT_EQ(ReadWholeFile(otherPath), otherBefore);
+        EXPECT_EQ(ReadWholeFile(path), before);
+    }
+    {
+        OtherProgram writer([](sqlite* db) { Exec(db, "INSERT INTO w VALUES(4)"); }, otherPath);
+    }
+    EXPECT_EQ(Exec(ours, "INSERT INTO w VALUES(5)"), SQLITE_OK);
+    EXPECT_EQ(Query(ours, "SELECT x FROM w ORDER BY x"), (std::vector<std::vector<std::string>>{{"1"}, {"4"}, {"5"}}))
+        << "the other program's row, committed between our statements, survives";
+}
