@@ -73,13 +73,33 @@ int Finish(const sqlite2::Status& status, char** errmsg, const char* sql = nullp
     return status.Code() & 0xFF;
 }
 
-bool EmptyResultCallbacks(sqlite3* connection)
+bool PragmaIsOn(sqlite3* connection, const char* pragma)
 {
+    const std::string sql = std::string("PRAGMA ") + pragma;
     sqlite3_stmt* statement = nullptr;
-    bool on = sqlite3_prepare_v2(connection, "PRAGMA empty_result_callbacks", -1, &statement, nullptr) == SQLITE_OK &&
+    bool on = sqlite3_prepare_v2(connection, sql.c_str(), -1, &statement, nullptr) == SQLITE_OK &&
               sqlite3_step(statement) == SQLITE_ROW && sqlite3_column_int(statement, 0) != 0;
     sqlite3_finalize(statement);
     return on;
+}
+
+// SQLite 3 gives no count row for an UPDATE of a virtual table; with
+// count_changes on, 2.8 answers one ("rows updated").
+bool CountsUpdate(sqlite3_stmt* statement, sqlite3* connection)
+{
+    const char* sql = sqlite3_sql(statement);
+    const std::string_view text = sql ? sql : "";
+    const std::vector<sqlite2::Token> tokens = sqlite2::Tokenize(text.substr(0, 16));
+    return !tokens.empty() && sqlite2::IsWord(text, tokens[0], "UPDATE") && PragmaIsOn(connection, "count_changes");
+}
+
+// True when the callback asked to stop.
+bool DeliverCount(sqlite_callback callback, void* arg, const char* name, int count)
+{
+    std::string text = std::to_string(count);
+    const char* values[] = {text.c_str()};
+    const char* names[] = {name};
+    return callback(arg, 1, const_cast<char**>(values), const_cast<char**>(names)) != 0;
 }
 
 // Steps one prepared statement to its end, handing each row to the callback
@@ -130,13 +150,18 @@ sqlite2::Status ExecuteEachStatement(sqlite* db, const char* sql, sqlite_callbac
         if (!statement)
             continue;
         // The pragma may have been set by an earlier statement of this text.
-        const bool emptyCallbacks = callback && EmptyResultCallbacks(database.Connection());
-        const bool aborted = DeliverRows(statement, emptyCallbacks, callback, arg);
+        sqlite3* connection = database.Connection();
+        const bool countsUpdate = callback && CountsUpdate(statement, connection);
+        const bool emptyCallbacks = callback && !countsUpdate && PragmaIsOn(connection, "empty_result_callbacks");
+        bool aborted = DeliverRows(statement, emptyCallbacks, callback, arg);
+        const int changes = sqlite3_changes(connection);
         const sqlite2::Status status = database.Finish(statement);
+        if (!status && !aborted)
+            return status;
+        if (!aborted && countsUpdate)
+            aborted = DeliverCount(callback, arg, "rows updated", changes);
         if (aborted)
             return {sqlite2::kAbort, "callback requested query abort"};
-        if (!status)
-            return status;
         while (*rest && isspace(static_cast<unsigned char>(*rest)))
             ++rest;
     }
