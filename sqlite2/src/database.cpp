@@ -7,6 +7,7 @@
 #include "table_module.h"
 #include "value_rules.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <strings.h>
@@ -44,6 +45,38 @@ Conflict ConflictNamed(const std::string& word)
     if (word == "REPLACE")
         return Conflict::Replace;
     return Conflict::Default;
+}
+
+// 2.8's grammar for transactions: BEGIN [TRANSACTION [name]] [ON CONFLICT
+// algorithm], COMMIT / END / ROLLBACK [TRANSACTION [name]]. A word that does
+// not fit is a syntax error near it, as in 2.8 (SQLite 3 would take
+// "BEGIN DEFERRED"). onConflict is BEGIN's default for the transaction.
+Status ReadTransactionStatement(std::string_view sql, std::vector<Token> tokens, Conflict& onConflict)
+{
+    // Past the last word, 2.8 names the ';' that ended the statement.
+    const std::vector<Token> written = tokens;
+    while (tokens.size() > 1 && IsPunct(sql, tokens.back(), ';'))
+        tokens.pop_back();
+    auto nearToken = [&](size_t i) {
+        const Token& token = written[std::min(i, written.size() - 1)];
+        return Status(kError, "near \"" + std::string(TokenText(sql, token)) + "\": syntax error");
+    };
+    onConflict = Conflict::Default;
+    size_t i = 1;
+    if (i < tokens.size() && IsWord(sql, tokens[i], "TRANSACTION")) {
+        ++i;
+        if (i < tokens.size() && tokens[i].kind != 'p' && tokens[i].kind != 'n' && !IsWord(sql, tokens[i], "ON"))
+            ++i; // the transaction's name, which 2.8 ignores
+    }
+    if (i < tokens.size() && Word(sql, tokens, 0) == "BEGIN" && IsWord(sql, tokens[i], "ON")) {
+        if (Word(sql, tokens, i + 1) != "CONFLICT")
+            return nearToken(i + 1);
+        onConflict = ConflictNamed(Word(sql, tokens, i + 2));
+        if (onConflict == Conflict::Default)
+            return nearToken(i + 2);
+        i += 3;
+    }
+    return i < tokens.size() ? nearToken(i) : Status::Ok();
 }
 
 // "INSERT OR x", "UPDATE OR x", "REPLACE INTO".
@@ -288,6 +321,13 @@ Status Database::Prepare(const char* sql, sqlite3_stmt** statement, const char**
     }
     std::string rewritten;
     if (verb == "BEGIN" || verb == "END" || verb == "COMMIT" || verb == "ROLLBACK") {
+        Conflict onConflict = Conflict::Default;
+        if (Status syntax = ReadTransactionStatement(written, tokens, onConflict); !syntax) {
+            EndStatement();
+            return syntax;
+        }
+        if (verb == "BEGIN")
+            transactionConflict = onConflict;
         rewritten = TransactionStatement(verb);
         transactionVerb = verb;
     } else {
@@ -297,6 +337,10 @@ Status Database::Prepare(const char* sql, sqlite3_stmt** statement, const char**
     }
     pendingInsert = {};
     statementConflict = ConflictClause(written, tokens);
+    // BEGIN's ON CONFLICT stands for every statement of the transaction that
+    // has no OR clause of its own; in 2.8 it even overrides the constraints'.
+    if (statementConflict == Conflict::Default && !sqlite3_get_autocommit(connection))
+        statementConflict = transactionConflict;
     if (InsertTarget(written, pendingInsert.table, pendingInsert.columns))
         pendingInsert.table = Lower(pendingInsert.table);
     int rc = sqlite3_prepare_v2(connection, rewritten.c_str(), -1, statement, nullptr);
@@ -324,6 +368,8 @@ Status Database::Finish(sqlite3_stmt* statement)
             status = committed;
     }
     transactionVerb.clear();
+    if (sqlite3_get_autocommit(connection))
+        transactionConflict = Conflict::Default;
     pendingInsert = {};
     if (statementStart >= 0 && pager.IsWriting())
         pager.Release(statementStart);

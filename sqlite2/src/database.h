@@ -135,6 +135,7 @@ private:
     mutable std::vector<bool> insertedColumns;
     std::vector<int> savepoints; // the pager's savepoint for each level
     Conflict statementConflict = Conflict::Default;
+    Conflict transactionConflict = Conflict::Default; // BEGIN's ON CONFLICT, while its transaction runs
     int statementStart = -1; // the pager's savepoint, while a statement writes
 
     struct AttachedFile {

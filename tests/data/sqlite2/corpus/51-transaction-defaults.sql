@@ -1,0 +1,55 @@
+-- start: new
+-- BEGIN's ON CONFLICT choice is the default of every statement in its
+-- transaction (in 2.8 it even overrides a constraint's own ON CONFLICT),
+-- a statement's OR clause overrides it, and the transaction statements
+-- take 2.8's grammar only.
+
+CREATE TABLE t(a UNIQUE ON CONFLICT ABORT, b NOT NULL ON CONFLICT ABORT);
+
+INSERT INTO t VALUES(1, 1);
+
+INSERT INTO t VALUES(2, NULL);
+
+BEGIN ON CONFLICT IGNORE;
+
+INSERT INTO t VALUES(1, 5);
+
+INSERT INTO t VALUES(4, NULL);
+
+INSERT INTO t VALUES(5, 5);
+
+INSERT OR ABORT INTO t VALUES(1, 6);
+
+COMMIT;
+
+SELECT * FROM t ORDER BY a;
+
+INSERT INTO t VALUES(1, 7);
+
+BEGIN TRANSACTION t1 ON CONFLICT REPLACE;
+
+INSERT INTO t VALUES(1, 8);
+
+UPDATE t SET a = 1 WHERE a = 5;
+
+END TRANSACTION t1;
+
+SELECT * FROM t ORDER BY a;
+
+BEGIN ON;
+
+BEGIN ON CONFLICT;
+
+BEGIN ON CONFLICT SOMETIMES;
+
+BEGIN EXCLUSIVE;
+
+COMMIT TRANSACTION a b;
+
+ROLLBACK TRANSACTION;
+
+BEGIN TRANSACTION;
+
+ROLLBACK TRANSACTION 'named';
+
+SELECT count(*) FROM t;
