@@ -145,6 +145,8 @@ Status Database::RebuildConnection()
                         nullptr) != SQLITE_OK)
         return Status::NoMemory();
     Install28Rules(connection);
+    // 2.8 names a result column written "t.id" or "x.id" as written.
+    sqlite3_exec(connection, "PRAGMA short_column_names=OFF", nullptr, nullptr, nullptr);
     AddFileModule(connection, this, kFileModuleName);
     triggers = std::make_unique<TriggerRunner>(connection);
     declared.clear();
