@@ -514,24 +514,30 @@ std::string DeclaredTable(const TableSchema& table)
     return sql + ")";
 }
 
+namespace {
+
+// Without xCreate a module serves only the table of its own name (an
+// eponymous table); with it, tables declared by CREATE VIRTUAL TABLE.
+sqlite3_module MakeModule(bool eponymousOnly)
+{
+    return {
+        2,          eponymousOnly ? nullptr : Connect, Connect, BestIndex, Disconnect, Disconnect, OpenCursor,
+        CloseCursor, Filter, Next, Eof, Column, RowidMethod, UpdateRow, BeginWrite, SyncWrite, CommitWrite,
+        RollbackWrite, nullptr, nullptr, OpenSavepoint, ReleaseSavepoint, RollbackToSavepoint, nullptr,
+    };
+}
+
+} // namespace
+
 bool AddTableModule(sqlite3* connection, Database* database, const std::string& name)
 {
-    // No xCreate: the module serves only the table of its own name.
-    static const sqlite3_module module = {
-        2,          nullptr,    Connect, BestIndex, Disconnect, Disconnect, OpenCursor, CloseCursor,
-        Filter,     Next,       Eof,     Column,    RowidMethod, UpdateRow, BeginWrite, SyncWrite,
-        CommitWrite, RollbackWrite, nullptr, nullptr, OpenSavepoint, ReleaseSavepoint, RollbackToSavepoint, nullptr,
-    };
+    static const sqlite3_module module = MakeModule(true);
     return sqlite3_create_module(connection, name.c_str(), &module, database) == SQLITE_OK;
 }
 
 bool AddFileModule(sqlite3* connection, Database* file, const std::string& moduleName)
 {
-    static const sqlite3_module module = {
-        2,          Connect,    Connect, BestIndex, Disconnect, Disconnect, OpenCursor, CloseCursor,
-        Filter,     Next,       Eof,     Column,    RowidMethod, UpdateRow, BeginWrite, SyncWrite,
-        CommitWrite, RollbackWrite, nullptr, nullptr, OpenSavepoint, ReleaseSavepoint, RollbackToSavepoint, nullptr,
-    };
+    static const sqlite3_module module = MakeModule(false);
     return sqlite3_create_module(connection, moduleName.c_str(), &module, file) == SQLITE_OK;
 }
 
