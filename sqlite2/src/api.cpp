@@ -53,8 +53,7 @@ std::string SyntaxIn28Words(const std::string& message, const char* sql)
         tokens.pop_back();
     if (tokens.empty())
         return message;
-    const sqlite2::Token& last = tokens.back();
-    return "near \"" + std::string(sql + last.begin, last.end - last.begin) + "\": syntax error";
+    return sqlite2::SyntaxErrorNear(sqlite2::TokenText(sql, tokens.back())).Message();
 }
 
 void SetMessage(char** errmsg, const std::string& text)

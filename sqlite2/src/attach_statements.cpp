@@ -36,11 +36,6 @@ FileKind KindOfFile(const std::string& path)
     return length == sizeof start && memcmp(start, magicText, length) == 0 ? FileKind::Sqlite2 : FileKind::Other;
 }
 
-Status SyntaxErrorNear(std::string_view sql, const Token& token)
-{
-    return {kError, "near \"" + std::string(TokenText(sql, token)) + "\": syntax error"};
-}
-
 Status Exec(sqlite3* connection, const std::string& sql)
 {
     char* error = nullptr;
@@ -78,10 +73,10 @@ Status Database::RunAttachStatement(std::string_view sql, bool& handled)
         tokens.pop_back();
     const size_t at = tokens.size() > 1 && IsWord(sql, tokens[1], "DATABASE") ? 2 : 1;
     if (IsWord(sql, tokens[0], "DETACH"))
-        return at < tokens.size() ? Detach(DequotedName(sql, tokens[at])) : SyntaxErrorNear(sql, tokens.back());
+        return at < tokens.size() ? Detach(DequotedName(sql, tokens[at])) : SyntaxErrorNear(TokenText(sql, tokens.back()));
     // ATTACH [DATABASE] 'file' AS name
     if (at + 2 >= tokens.size() || !IsWord(sql, tokens[at + 1], "AS"))
-        return SyntaxErrorNear(sql, tokens.back());
+        return SyntaxErrorNear(TokenText(sql, tokens.back()));
     return Attach(Dequote(TokenText(sql, tokens[at])), DequotedName(sql, tokens[at + 2]));
 }
 

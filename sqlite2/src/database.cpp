@@ -58,8 +58,7 @@ Status ReadTransactionStatement(std::string_view sql, std::vector<Token> tokens,
     while (tokens.size() > 1 && IsPunct(sql, tokens.back(), ';'))
         tokens.pop_back();
     auto nearToken = [&](size_t i) {
-        const Token& token = written[std::min(i, written.size() - 1)];
-        return Status(kError, "near \"" + std::string(TokenText(sql, token)) + "\": syntax error");
+        return SyntaxErrorNear(TokenText(sql, written[std::min(i, written.size() - 1)]));
     };
     onConflict = Conflict::Default;
     size_t i = 1;

@@ -111,7 +111,7 @@ Status Database::RunSchemaStatement(std::string_view sql, bool& handled)
             i += 2;
         }
         if (i >= tokens.size())
-            return {kError, "near \"" + kind + "\": syntax error"};
+            return SyntaxErrorNear(kind);
         return DropObject(kind, DequotedName(sql, tokens[i]), ifExists);
     }
     const std::string_view body = StatementBody(sql);
@@ -162,7 +162,7 @@ Status Database::CreateIndex(std::string_view body, bool unique)
     const std::vector<Token> tokens = Tokenize(body);
     size_t i = unique ? 3 : 2;
     if (i + 2 >= tokens.size() || Word(body, tokens, i + 1) != "ON")
-        return {kError, "near \"" + std::string(body.substr(tokens.back().begin)) + "\": syntax error"};
+        return SyntaxErrorNear(body.substr(tokens.back().begin));
     const std::string name = DequotedName(body, tokens[i]);
     size_t at = i + 2;
     if (at + 2 < tokens.size() && IsPunct(body, tokens[at + 1], '.'))
@@ -176,7 +176,7 @@ Status Database::CreateIndex(std::string_view body, bool unique)
     std::vector<std::string> names;
     IndexSchema index{name, table->name, 0, {}, unique, Conflict::Default};
     if (!ParseCreateIndexColumns(body, names))
-        return {kError, "near \"" + name + "\": syntax error"};
+        return SyntaxErrorNear(name);
     if (!IndexColumns(table->info, names, index.columns))
         return {kError, "table " + table->name + " has no column named " + names.front()};
     size_t close = body.rfind(')');
@@ -219,7 +219,7 @@ Status Database::CreateView(std::string_view body)
 {
     const std::vector<Token> tokens = Tokenize(body);
     if (tokens.size() < 4)
-        return {kError, "near \"VIEW\": syntax error"};
+        return SyntaxErrorNear("VIEW");
     const std::string name = DequotedName(body, tokens[2]);
     if (NameTaken(schema, name))
         return {kError, "table " + name + " already exists"};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace sqlite2 {
 
@@ -59,5 +60,11 @@ private:
     StatusCode code = kOk;
     std::string text;
 };
+
+// 2.8's syntax error, naming the text where it stopped reading.
+inline Status SyntaxErrorNear(std::string_view text)
+{
+    return {kError, "near \"" + std::string(text) + "\": syntax error"};
+}
 
 } // namespace sqlite2

@@ -23,12 +23,12 @@ public:
         return Head() && Timing() && Event() && Target() && ForEach() && When() && Body() && Tail();
     }
 
-    std::string Error() const
+    Status Error() const
     {
         if (tokens.empty())
-            return "near \"\": syntax error"; // nothing at all to point at
+            return SyntaxErrorNear(""); // nothing at all to point at
         const Token& at = failedAt < tokens.size() ? tokens[failedAt] : tokens.back();
-        return "near \"" + std::string(TokenText(sql, at)) + "\": syntax error";
+        return SyntaxErrorNear(TokenText(sql, at));
     }
 
 private:
@@ -228,7 +228,7 @@ Status ParseCreateTrigger(std::string_view sql, TriggerDefinition& trigger)
     TriggerParser parser(sql, trigger);
     if (parser.Parse())
         return Status::Ok();
-    return {kError, parser.Error()};
+    return parser.Error();
 }
 
 } // namespace sqlite2
