@@ -32,21 +32,6 @@ std::string TransactionStatement(const std::string& verb)
     return "COMMIT";
 }
 
-Conflict ConflictNamed(const std::string& word)
-{
-    if (word == "ROLLBACK")
-        return Conflict::Rollback;
-    if (word == "ABORT")
-        return Conflict::Abort;
-    if (word == "FAIL")
-        return Conflict::Fail;
-    if (word == "IGNORE")
-        return Conflict::Ignore;
-    if (word == "REPLACE")
-        return Conflict::Replace;
-    return Conflict::Default;
-}
-
 // 2.8's grammar for transactions: BEGIN [TRANSACTION [name]] [ON CONFLICT
 // algorithm], COMMIT / END / ROLLBACK [TRANSACTION [name]]. A word that does
 // not fit is a syntax error near it, as in 2.8 (SQLite 3 would take

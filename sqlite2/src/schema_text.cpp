@@ -8,6 +8,21 @@
 
 namespace sqlite2 {
 
+Conflict ConflictNamed(std::string_view word)
+{
+    if (word == "ROLLBACK")
+        return Conflict::Rollback;
+    if (word == "ABORT")
+        return Conflict::Abort;
+    if (word == "FAIL")
+        return Conflict::Fail;
+    if (word == "IGNORE")
+        return Conflict::Ignore;
+    if (word == "REPLACE")
+        return Conflict::Replace;
+    return Conflict::Default;
+}
+
 namespace {
 
 bool IsConstraintStart(std::string_view sql, const Token& token)
@@ -83,18 +98,7 @@ Conflict ConflictAfter(std::string_view sql, const std::vector<Token>& part, siz
 {
     if (i + 2 >= part.size() || !IsWord(sql, part[i], "ON") || !IsWord(sql, part[i + 1], "CONFLICT"))
         return Conflict::Default;
-    const Token& choice = part[i + 2];
-    if (IsWord(sql, choice, "ROLLBACK"))
-        return Conflict::Rollback;
-    if (IsWord(sql, choice, "ABORT"))
-        return Conflict::Abort;
-    if (IsWord(sql, choice, "FAIL"))
-        return Conflict::Fail;
-    if (IsWord(sql, choice, "IGNORE"))
-        return Conflict::Ignore;
-    if (IsWord(sql, choice, "REPLACE"))
-        return Conflict::Replace;
-    return Conflict::Default;
+    return ConflictNamed(Word(sql, part, i + 2));
 }
 
 // DEFAULT takes a literal in 2.8: a string, a word, a signed number or NULL.

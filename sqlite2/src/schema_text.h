@@ -10,6 +10,10 @@ namespace sqlite2 {
 // An ON CONFLICT choice; Default where the text names none.
 enum class Conflict { Default, Rollback, Abort, Fail, Ignore, Replace };
 
+// The choice an upper-cased word names (ROLLBACK, ABORT, FAIL, IGNORE,
+// REPLACE); Default for any other word.
+Conflict ConflictNamed(std::string_view word);
+
 // One column of a CREATE TABLE text, as SQLite 2 reads it.
 struct ColumnInfo {
     std::string name;
