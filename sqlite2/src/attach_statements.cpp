@@ -11,30 +11,12 @@
 #include "statement_text.h"
 #include "table_module.h"
 
-#include <cstdio>
-#include <cstring>
 #include <strings.h>
 #include <vector>
 
 namespace sqlite2 {
 
 namespace {
-
-// What the first bytes of a file say it is.
-enum class FileKind { Missing, Empty, Sqlite2, Other };
-
-FileKind KindOfFile(const std::string& path)
-{
-    FILE* file = fopen(path.c_str(), "rb");
-    if (!file)
-        return FileKind::Missing;
-    char start[sizeof magicText] = {};
-    const size_t length = fread(start, 1, sizeof start, file);
-    fclose(file);
-    if (length == 0)
-        return FileKind::Empty;
-    return length == sizeof start && memcmp(start, magicText, length) == 0 ? FileKind::Sqlite2 : FileKind::Other;
-}
 
 Status Exec(sqlite3* connection, const std::string& sql)
 {
@@ -87,13 +69,14 @@ Status Database::Attach(const std::string& path, const std::string& name)
         taken |= strcasecmp(other.name.c_str(), name.c_str()) == 0;
     if (taken)
         return {kError, "database " + name + " is already in use"};
-    switch (KindOfFile(path)) {
-    case FileKind::Missing:
-    case FileKind::Empty:
+    switch (ReadFileStart(path)) {
+    case FileStart::Missing:
+    case FileStart::Empty:
         return {kError, "cannot attach empty database: " + name};
-    case FileKind::Other:
+    case FileStart::ShortSqlite2:
+    case FileStart::Other:
         return {kNotADatabase, message::notADatabase};
-    case FileKind::Sqlite2:
+    case FileStart::Sqlite2:
         break;
     }
     // Two pagers of one process on one file would share, and so lose, each

@@ -8,8 +8,6 @@
 #include "value_rules.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
 #include <strings.h>
 
 namespace sqlite2 {
@@ -86,26 +84,12 @@ Database::~Database()
     pager.EndRead();
 }
 
-namespace {
-
-// A file shorter than a page has no page 1 for the pager, but anything in
-// it other than the start of the 2.x header means it is something else.
-bool StartsLikeA2xFile(const std::string& path)
-{
-    char start[sizeof magicText] = {};
-    FILE* file = fopen(path.c_str(), "rb");
-    if (!file)
-        return true; // a new name: it becomes an empty database
-    const size_t length = fread(start, 1, sizeof start, file);
-    fclose(file);
-    return memcmp(start, magicText, length) == 0;
-}
-
-} // namespace
-
 Status Database::Open(const std::string& path)
 {
-    if (!StartsLikeA2xFile(path))
+    // A new name becomes an empty database. A file shorter than a page has
+    // no page 1 for the pager, but anything in it other than the start of
+    // the 2.x header means it is something else.
+    if (ReadFileStart(path) == FileStart::Other)
         return {kNotADatabase, message::notADatabase};
     if (Status status = pager.Open(path); !status)
         return status;

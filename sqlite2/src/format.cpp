@@ -1,8 +1,25 @@
 #include "format.h"
 
+#include <cstdio>
+
 namespace sqlite2 {
 
 const char magicText[48] = "** This file contains an SQLite 2.1 database **";
+
+FileStart ReadFileStart(const std::string& path)
+{
+    FILE* file = fopen(path.c_str(), "rb");
+    if (!file)
+        return FileStart::Missing;
+    char start[sizeof magicText] = {};
+    const size_t length = fread(start, 1, sizeof start, file);
+    fclose(file);
+    if (length == 0)
+        return FileStart::Empty;
+    if (memcmp(start, magicText, length) != 0)
+        return FileStart::Other;
+    return length == sizeof start ? FileStart::Sqlite2 : FileStart::ShortSqlite2;
+}
 
 std::string EncodeRowidKey(int32_t rowid)
 {

@@ -18,6 +18,12 @@ constexpr int overflowPayload = 1020;
 constexpr uint32_t magicInteger = 0xDAE37528u;
 extern const char magicText[48];
 
+// What the first bytes of a file say it is: nothing there, an empty file,
+// the 2.x header text, a file shorter than that text whose bytes match it
+// as far as they go, or something else.
+enum class FileStart { Missing, Empty, Sqlite2, ShortSqlite2, Other };
+FileStart ReadFileStart(const std::string& path);
+
 // A value of a row: nullopt is SQL NULL, everything else is text.
 using Value = std::optional<std::string>;
 using Row = std::vector<Value>;
