@@ -4,11 +4,9 @@
 // words, and no file is made or changed by a refused ATTACH.
 #include "attach_statements.h"
 
-#include "concat_operands.h"
 #include "database.h"
 #include "format.h"
 #include "sql_tokens.h"
-#include "statement_text.h"
 #include "table_module.h"
 
 #include <strings.h>
@@ -55,7 +53,8 @@ Status Database::RunAttachStatement(std::string_view sql, bool& handled)
         tokens.pop_back();
     const size_t at = tokens.size() > 1 && IsWord(sql, tokens[1], "DATABASE") ? 2 : 1;
     if (IsWord(sql, tokens[0], "DETACH"))
-        return at < tokens.size() ? Detach(DequotedName(sql, tokens[at])) : SyntaxErrorNear(TokenText(sql, tokens.back()));
+        return at < tokens.size() ? Detach(DequotedName(sql, tokens[at]))
+                                  : SyntaxErrorNear(TokenText(sql, tokens.back()));
     // ATTACH [DATABASE] 'file' AS name
     if (at + 2 >= tokens.size() || !IsWord(sql, tokens[at + 1], "AS"))
         return SyntaxErrorNear(TokenText(sql, tokens.back()));
@@ -138,17 +137,15 @@ Status Database::DeclareAttached(size_t index)
             (void)Exec(connection, "DROP " + std::string(kind == "view" ? "VIEW " : "TABLE ") + schema +
                                        "." + QuoteName(old));
     }
-    (void)Exec(connection, "CREATE VIRTUAL TABLE " + schema + "." + kSchemaTableName + " USING " + module + "(" +
-                               kSchemaTableName + ")");
+    (void)Exec(connection, DeclareTableStatement(entry.name, kSchemaTableName, module));
     Schema& tables = file.CurrentSchema();
     for (const SchemaRow& row : tables.rows)
         if (row.type == "table" && tables.FindTable(row.name))
-            (void)Exec(connection, "CREATE VIRTUAL TABLE " + schema + "." + QuoteName(row.name) + " USING " + module +
-                                       "(" + QuoteName(row.name) + ")");
+            (void)Exec(connection, DeclareTableStatement(entry.name, row.name, module));
     // Like 2.8, a view whose statement does not work is left out.
     for (const SchemaRow& row : tables.rows)
         if (row.type == "view" && row.sql)
-            (void)Exec(connection, WithConcatAs28(InSchema(entry.name, WithSchemaTableName(*row.sql, kSchemaTableName))));
+            (void)Exec(connection, InSchema(entry.name, Sqlite3Text(*row.sql)));
     entry.declaredGeneration = file.SchemaGeneration();
     return Status::Ok();
 }

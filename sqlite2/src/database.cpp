@@ -74,6 +74,11 @@ Conflict ConflictClause(std::string_view sql, const std::vector<Token>& tokens)
 
 } // namespace
 
+std::string Sqlite3Text(std::string_view statement)
+{
+    return WithConcatAs28(WithSchemaTableName(statement, kSchemaTableName));
+}
+
 Database::~Database()
 {
     triggers.reset();
@@ -178,8 +183,7 @@ bool Database::ShowTable(const std::string& entry)
     const std::string name = EntryName(entry);
     if (entry[0] == 'E')
         return AddTableModule(connection, this, name);
-    const std::string create = "CREATE VIRTUAL TABLE main." + QuoteName(name) + " USING " + kFileModuleName + "(" +
-                               QuoteName(name) + ")";
+    const std::string create = DeclareTableStatement("main", name, kFileModuleName);
     return sqlite3_exec(connection, create.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
@@ -213,12 +217,12 @@ void Database::DeclareSchema()
         if (row.type == "table" && row.sql && schema.FindTable(row.name))
             want("table:" + Lower(row.name), TableEntry(inSchema, row.name, *row.sql));
         else if (row.type == "view" && row.sql)
-            want("view:" + Lower(row.name), WithConcatAs28(WithSchemaTableName(*row.sql, kSchemaTableName)));
+            want("view:" + Lower(row.name), Sqlite3Text(*row.sql));
     }
     for (size_t t = 0; t < schema.triggers.size(); ++t)
         if (!schema.FindTable(schema.triggers[t].table))
             want("trigger:" + Lower(schema.triggers[t].name),
-                 WithConcatAs28(WithSchemaTableName(*schema.triggerRows[t].sql, kSchemaTableName)));
+                 Sqlite3Text(*schema.triggerRows[t].sql));
 
     for (auto it = declared.begin(); it != declared.end();) {
         auto found = wanted.find(it->first);
@@ -301,7 +305,7 @@ Status Database::Prepare(const char* sql, sqlite3_stmt** statement, const char**
         rewritten = TransactionStatement(verb);
         transactionVerb = verb;
     } else {
-        rewritten = WithConcatAs28(WithSchemaTableName(written, kSchemaTableName));
+        rewritten = Sqlite3Text(written);
         if (verb == "INSERT" || verb == "UPDATE" || verb == "REPLACE")
             rewritten = KeepNumberSpelling(rewritten);
     }

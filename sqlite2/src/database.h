@@ -10,9 +10,14 @@
 #include <memory>
 #include <sqlite3.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sqlite2 {
+
+// A statement of the file as SQLite 3 is given it: sqlite_master under its
+// name on the SQLite 3 side, and the operands of || joined as 2.8 prints them.
+std::string Sqlite3Text(std::string_view statement);
 
 // A 2.x database file open for SQL: its B-trees under a SQLite 3 connection
 // where every table of the file is a virtual table over its B-tree and every

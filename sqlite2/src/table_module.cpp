@@ -121,7 +121,8 @@ int RowidEquality(const TableSchema& table, const sqlite3_index_info* info)
 {
     for (int c = 0; c < info->nConstraint; ++c) {
         const auto& constraint = info->aConstraint[c];
-        if (constraint.usable && constraint.op == SQLITE_INDEX_CONSTRAINT_EQ && IsRowidColumn(table, constraint.iColumn))
+        if (constraint.usable && constraint.op == SQLITE_INDEX_CONSTRAINT_EQ &&
+            IsRowidColumn(table, constraint.iColumn))
             return c;
     }
     return -1;
@@ -139,7 +140,8 @@ IndexBounds BoundsOn(sqlite3_index_info* info, const TableSchema& table, int col
     IndexBounds bounds;
     for (int c = 0; c < info->nConstraint; ++c) {
         const auto& constraint = info->aConstraint[c];
-        if (!constraint.usable || constraint.iColumn != column || !CollationFits(info, c, table.info.columns[size_t(column)]))
+        if (!constraint.usable || constraint.iColumn != column ||
+            !CollationFits(info, c, table.info.columns[size_t(column)]))
             continue;
         if (constraint.op == SQLITE_INDEX_CONSTRAINT_EQ)
             bounds.equals = c;
@@ -539,6 +541,12 @@ bool AddFileModule(sqlite3* connection, Database* file, const std::string& modul
 {
     static const sqlite3_module module = MakeModule(false);
     return sqlite3_create_module(connection, moduleName.c_str(), &module, file) == SQLITE_OK;
+}
+
+std::string DeclareTableStatement(const std::string& schema, const std::string& table, const std::string& module)
+{
+    return "CREATE VIRTUAL TABLE " + QuoteName(schema) + "." + QuoteName(table) + " USING " + module + "(" +
+           QuoteName(table) + ")";
 }
 
 void RemoveTableModule(sqlite3* connection, const std::string& name)

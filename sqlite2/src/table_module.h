@@ -38,6 +38,10 @@ void RemoveTableModule(sqlite3* connection, const std::string& name);
 // Removed with RemoveTableModule.
 bool AddFileModule(sqlite3* connection, Database* file, const std::string& moduleName);
 
+// The CREATE VIRTUAL TABLE that shows the file's table (or kSchemaTableName)
+// in the schema through that module.
+std::string DeclareTableStatement(const std::string& schema, const std::string& table, const std::string& module);
+
 // The main file's own module of that kind.
 inline constexpr const char* kFileModuleName = "sqlite2_file";
 
