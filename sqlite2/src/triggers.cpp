@@ -118,24 +118,17 @@ Status PrepareOne(sqlite3* connection, const std::string& sql, const PseudoRows&
     return Status::Ok();
 }
 
-bool ColumnUpdated(size_t c, const TriggerRow& oldRow, const TriggerRow& newRow)
-{
-    if (newRow.assigned)
-        return c < newRow.assigned->size() && (*newRow.assigned)[c];
-    return c < oldRow.values->size() && c < newRow.values->size() && (*oldRow.values)[c] != (*newRow.values)[c];
-}
-
-// For UPDATE OF: whether the UPDATE sets one of the named columns.
-bool NamedColumnChanged(const TriggerDefinition& trigger, const TriggerTable& table, const TriggerRow* oldRow,
-                        const TriggerRow* newRow)
+// For UPDATE OF: whether the UPDATE's SET list names one of the columns.
+bool NamedColumnSet(const TriggerDefinition& trigger, const TriggerTable& table, const TriggerRow* newRow)
 {
     if (trigger.updateColumns.empty())
         return true;
-    if (!oldRow || !newRow || !oldRow->values || !newRow->values)
+    if (!newRow || !newRow->assigned)
         return false;
+    const std::vector<bool>& set = *newRow->assigned;
     for (const std::string& name : trigger.updateColumns)
-        for (size_t c = 0; c < table.columns.size(); ++c)
-            if (strcasecmp(name.c_str(), table.columns[c].c_str()) == 0 && ColumnUpdated(c, *oldRow, *newRow))
+        for (size_t c = 0; c < table.columns.size() && c < set.size(); ++c)
+            if (set[c] && strcasecmp(name.c_str(), table.columns[c].c_str()) == 0)
                 return true;
     return false;
 }
@@ -324,7 +317,7 @@ Status TriggerRunner::Fire(const TriggerTable& table, Timing timing, Event event
         const TriggerDefinition& trigger = triggers[t];
         if (!Fires(trigger, table, event) || trigger.timing != timing ||
             std::find(running.begin(), running.end(), &trigger) != running.end() ||
-            (event == Event::Update && !NamedColumnChanged(trigger, table, oldRow, newRow)))
+            (event == Event::Update && !NamedColumnSet(trigger, table, newRow)))
             continue;
         running.push_back(&trigger);
         Status status = RunProgram(*programs[t], table, oldRow, newRow, ignoreRow);

@@ -37,7 +37,7 @@ struct TriggerRow {
     int64_t rowid = 0;
     const Row* values = nullptr;
     // The new row of an UPDATE: which columns its SET list names (2.8 fires
-    // UPDATE OF a for SET a=a too). Null: a column counts when its value changed.
+    // UPDATE OF a for SET a=a too, and not when a changes without being set).
     const std::vector<bool>* assigned = nullptr;
 };
 struct TriggerTable {

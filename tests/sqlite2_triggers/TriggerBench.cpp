@@ -119,9 +119,16 @@ Status TriggerBench::Insert(const std::string& table, int64_t rowid, const Row& 
 
 Status TriggerBench::Update(const std::string& table, int64_t rowid, const Row& row, bool* ignored, int64_t newRowid)
 {
+    return UpdateSetting(table, rowid, row, std::vector<bool>(tables.at(table).columns.size(), true), ignored,
+                         newRowid);
+}
+
+Status TriggerBench::UpdateSetting(const std::string& table, int64_t rowid, const Row& row,
+                                   const std::vector<bool>& set, bool* ignored, int64_t newRowid)
+{
     const TriggerTable& info = tables.at(table);
     const Row old = Read(table, rowid);
-    TriggerRow before{rowid, &old}, after{newRowid < 0 ? rowid : newRowid, &row};
+    TriggerRow before{rowid, &old}, after{newRowid < 0 ? rowid : newRowid, &row, &set};
     bool ignore = false;
     Status status = runner->Fire(info, Timing::Before, Event::Update, &before, &after, ignore);
     if (ignored)

@@ -29,8 +29,12 @@ public:
     std::vector<std::string> Column(const std::string& sql);
 
     sqlite2::Status Insert(const std::string& table, int64_t rowid, const sqlite2::Row& row, bool* ignored = nullptr);
+    // An UPDATE whose SET list names every column.
     sqlite2::Status Update(const std::string& table, int64_t rowid, const sqlite2::Row& row, bool* ignored = nullptr,
                            int64_t newRowid = -1);
+    // An UPDATE whose SET list names the columns marked in `set`.
+    sqlite2::Status UpdateSetting(const std::string& table, int64_t rowid, const sqlite2::Row& row,
+                                  const std::vector<bool>& set, bool* ignored = nullptr, int64_t newRowid = -1);
     sqlite2::Status Delete(const std::string& table, int64_t rowid, bool* ignored = nullptr);
 
     sqlite3* Connection() const { return connection; }

@@ -67,13 +67,14 @@ TEST_F(Fire, RowidsUnderEveryNameAndPseudoRowsInAnySpelling)
     EXPECT_EQ(Log(), (Strings{"1 7 7 5 y"}));
 }
 
-TEST_F(Fire, UpdateOfRunsOnlyWhenANamedColumnChanges)
+TEST_F(Fire, UpdateOfRunsOnlyWhenTheSetListNamesAColumn)
 {
     bench.SetTriggers({"CREATE TRIGGER u AFTER UPDATE OF b, Name ON t BEGIN INSERT INTO log VALUES(new.a); END"});
     ASSERT_TRUE(bench.Insert("t", 1, {"1", "2", std::nullopt}));
-    ASSERT_TRUE(bench.Update("t", 1, {"2", "2", std::nullopt}));
-    ASSERT_TRUE(bench.Update("t", 1, {"3", "2", "x"}));
-    ASSERT_TRUE(bench.Update("t", 1, {"4", "5", "x"}));
+    ASSERT_TRUE(bench.UpdateSetting("t", 1, {"2", "2", std::nullopt}, {true, false, false}));
+    ASSERT_TRUE(bench.UpdateSetting("t", 1, {"3", "2", std::nullopt}, {true, true, false})) << "b set to itself";
+    ASSERT_TRUE(bench.UpdateSetting("t", 1, {"4", "2", "x"}, {true, false, true}));
+    ASSERT_TRUE(bench.UpdateSetting("t", 1, {"5", "9", "y"}, {true, false, false})) << "changed, but not set";
     EXPECT_EQ(Log(), (Strings{"3", "4"}));
 }
 
