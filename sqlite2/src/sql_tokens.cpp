@@ -10,6 +10,19 @@ namespace sqlite2 {
 
 namespace {
 
+// The text between two quote characters, each one inside it doubled.
+std::string Quoted(std::string_view text, char quote)
+{
+    std::string quoted(1, quote);
+    for (char c : text) {
+        quoted.push_back(c);
+        if (c == quote)
+            quoted.push_back(quote);
+    }
+    quoted.push_back(quote);
+    return quoted;
+}
+
 bool IsWordByte(unsigned char c)
 {
     return isalnum(c) || c == '_' || c == '$' || c >= 0x80;
@@ -163,13 +176,12 @@ std::string Dequote(std::string_view text)
 
 std::string QuoteName(const std::string& name)
 {
-    std::string quoted = "\"";
-    for (char c : name) {
-        quoted.push_back(c);
-        if (c == '"')
-            quoted.push_back('"');
-    }
-    return quoted + "\"";
+    return Quoted(name, '"');
+}
+
+std::string StringLiteral(std::string_view text)
+{
+    return Quoted(text, '\'');
 }
 
 } // namespace sqlite2

@@ -44,4 +44,7 @@ inline std::string DequotedName(std::string_view sql, const Token& token)
 // A name between double quotes, inner quotes doubled.
 std::string QuoteName(const std::string& name);
 
+// A text as an SQL string literal, inner quotes doubled.
+std::string StringLiteral(std::string_view text);
+
 } // namespace sqlite2

@@ -15,15 +15,4 @@ bool NameIs(std::string_view sql, const Token& token, const char* word)
     return IsName(token) && strcasecmp(DequotedName(sql, token).c_str(), word) == 0;
 }
 
-std::string StringLiteral(std::string_view text)
-{
-    std::string literal = "'";
-    for (char c : text) {
-        literal.push_back(c);
-        if (c == '\'')
-            literal.push_back('\'');
-    }
-    return literal + "'";
-}
-
 } // namespace sqlite2::trigger_text

@@ -15,7 +15,4 @@ bool IsName(const Token& token);
 // True when the dequoted name equals word, ignoring case ("NEW", "new", [New]).
 bool NameIs(std::string_view sql, const Token& token, const char* word);
 
-// A text as an SQL string literal, inner quotes doubled.
-std::string StringLiteral(std::string_view text);
-
 } // namespace sqlite2::trigger_text
