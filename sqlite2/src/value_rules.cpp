@@ -3,6 +3,7 @@
 #include "concat_operands.h"
 #include "index_key.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 
@@ -106,11 +107,24 @@ Value StoredValue(sqlite3_value* value)
 
 const char* ResultText(sqlite3_stmt* statement, int column, std::string& buffer)
 {
-    if (sqlite3_column_type(statement, column) == SQLITE_FLOAT) {
-        buffer = RealText(sqlite3_column_double(statement, column));
+    // One look-up of the value serves both its type and its text; integers
+    // are spelt here rather than converted in place by SQLite, which would
+    // allocate for each of them.
+    sqlite3_value* value = sqlite3_column_value(statement, column);
+    switch (sqlite3_value_type(value)) {
+    case SQLITE_NULL:
+        return nullptr;
+    case SQLITE_FLOAT:
+        buffer = RealText(sqlite3_value_double(value));
+        return buffer.c_str();
+    case SQLITE_INTEGER: {
+        char digits[24];
+        buffer.assign(digits, std::to_chars(digits, digits + sizeof digits, sqlite3_value_int64(value)).ptr);
         return buffer.c_str();
     }
-    return reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+    default:
+        return reinterpret_cast<const char*>(sqlite3_value_text(value));
+    }
 }
 
 } // namespace sqlite2
