@@ -1,9 +1,7 @@
 #include "DialogToolkit.h"
+#include "ProgramFiles.h"
 
 #include <dlfcn.h>
-#include <limits.h>
-#include <string>
-#include <unistd.h>
 
 namespace {
 
@@ -13,22 +11,10 @@ using RowEditorFunction = void (*)(ZT_SQLiteDatabase* database, SQLiteParameterS
 
 void* dialogModule = nullptr;
 
-std::string ExecutableDirectory()
-{
-    char path[PATH_MAX];
-    ssize_t n = readlink("/proc/self/exe", path, sizeof path - 1);
-    if (n <= 0)
-        return ".";
-    std::string executable(path, size_t(n));
-    return executable.substr(0, executable.rfind('/'));
-}
-
-// Beside the executable in a build tree, under lib/rowkeeper when installed.
+// The first module that loads with all its libraries.
 void* LoadModule()
 {
-    const std::string directory = ExecutableDirectory();
-    for (const std::string& candidate : {directory + "/librowkeeper_dialogs.so",
-                                         directory + "/../lib/rowkeeper/librowkeeper_dialogs.so"}) {
+    for (const std::string& candidate : CompanionPaths("librowkeeper_dialogs.so")) {
         if (void* module = dlopen(candidate.c_str(), RTLD_NOW | RTLD_LOCAL))
             return module;
     }

@@ -2,7 +2,9 @@
 #include "TempDir.h"
 #include "TestFiles.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -102,10 +104,35 @@ TEST(CommandLine, LastRecognisedOptionWins)
     EXPECT_EQ(row.status, 1) << "the row command came last";
 }
 
-TEST(CommandLine, ExecutableDoesNotLinkTheDialogToolkit)
+TEST(CommandLine, NeitherExecutableLinksTheDialogToolkit)
 {
-    const std::string content = ReadWholeFile(RowkeeperBinary());
-    ASSERT_FALSE(content.empty());
-    EXPECT_EQ(content.find("libQt6"), std::string::npos);
-    EXPECT_NE(content.find("RowkeeperInitDialogs"), std::string::npos) << "the module is looked up at run time";
+    // The program hands row commands to the dialog host beside it, which
+    // looks the dialog module up at run time.
+    const std::string program = ReadWholeFile(RowkeeperBinary());
+    const std::string host =
+        ReadWholeFile(RowkeeperBinary().substr(0, RowkeeperBinary().rfind('/')) + "/rowkeeper-dialogs");
+    ASSERT_FALSE(program.empty());
+    ASSERT_FALSE(host.empty());
+    EXPECT_EQ(program.find("libQt6"), std::string::npos);
+    EXPECT_EQ(host.find("libQt6"), std::string::npos);
+    EXPECT_NE(program.find("rowkeeper-dialogs"), std::string::npos);
+    EXPECT_NE(host.find("RowkeeperInitDialogs"), std::string::npos);
+}
+
+TEST(CommandLine, RowCommandWithoutDialogHostFailsLikeWithoutToolkit)
+{
+    // A copy of the program alone in a folder finds no host to hand over to.
+    TempDir dir;
+    const std::string lone = dir.File("rowkeeper");
+    {
+        std::ifstream in(RowkeeperBinary(), std::ios::binary);
+        std::ofstream out(lone, std::ios::binary);
+        out << in.rdbuf();
+    }
+    ASSERT_EQ(chmod(lone.c_str(), 0755), 0);
+    MakeDatabase(dir.File("f.db"), "CREATE TABLE t(a)");
+    RunResult r = RunProgram({lone, "--insert-row", dir.File("f.db"), "t"});
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, banner);
+    EXPECT_EQ(r.err, "Fatal Error: MFC initialization failed\n");
 }
