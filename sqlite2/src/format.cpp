@@ -1,6 +1,7 @@
 #include "format.h"
 
 #include <cstdio>
+#include <cstring>
 
 namespace sqlite2 {
 
@@ -64,41 +65,60 @@ std::string EncodeRecord(const Row& row)
     return record;
 }
 
-bool DecodeRecordViews(std::string_view data, std::vector<ValueView>& out)
+namespace {
+
+// The field offsets of a record: 1, 2 or 3 little-endian bytes each, by the record's size.
+template <int width>
+size_t OffsetAt(const unsigned char* bytes, size_t slot)
 {
-    out.clear();
-    if (data.empty())
-        return true;
+    size_t v = 0;
+    for (int i = 0; i < width; ++i)
+        v |= size_t(bytes[slot * width + i]) << (8 * i);
+    return v;
+}
+
+template <int width>
+bool DecodeFields(std::string_view data, std::vector<ValueView>& out)
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(data.data());
     const size_t length = data.size();
-    const int width = length < 256 ? 1 : length < 65536 ? 2 : 3;
-    auto offsetAt = [&](size_t slot) {
-        size_t v = 0;
-        for (int i = 0; i < width; ++i)
-            v |= size_t(uint8_t(data[slot * width + i])) << (8 * i);
-        return v;
-    };
     if (length < size_t(width))
         return false;
-    size_t first = offsetAt(0);
+    const size_t first = OffsetAt<width>(bytes, 0);
     if (first % width != 0 || first < size_t(width) || first > length)
         return false;
-    size_t fields = first / width - 1;
+    const size_t fields = first / width - 1;
+    out.resize(fields);
     size_t previous = first;
     for (size_t i = 0; i < fields; ++i) {
-        size_t end = offsetAt(i + 1);
+        const size_t end = OffsetAt<width>(bytes, i + 1);
         if (end < previous || end > length)
             return false;
         if (end == previous) {
-            out.emplace_back(std::nullopt);
+            out[i].reset();
         } else {
             // The stored text ends with its NUL terminator; a missing one is tolerated.
-            std::string_view text = data.substr(previous, end - previous);
-            size_t nul = text.find('\0');
-            out.emplace_back(nul == std::string_view::npos ? text : text.substr(0, nul));
+            const char* text = data.data() + previous;
+            const void* nul = memchr(text, '\0', end - previous);
+            out[i] = std::string_view(text, nul ? size_t(static_cast<const char*>(nul) - text) : end - previous);
         }
         previous = end;
     }
     return true;
+}
+
+} // namespace
+
+bool DecodeRecordViews(std::string_view data, std::vector<ValueView>& out)
+{
+    if (data.empty()) {
+        out.clear();
+        return true;
+    }
+    const size_t length = data.size();
+    if (length < 256)
+        return DecodeFields<1>(data, out);
+    return length < 65536 ? DecodeFields<2>(data, out) : DecodeFields<3>(data, out);
 }
 
 bool DecodeRecord(std::string_view data, Row& out)
