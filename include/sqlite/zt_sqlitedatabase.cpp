@@ -2,6 +2,7 @@
 
 #include "sqlite/zt_sqlite2database.h"
 #include "sqlite/zt_sqlite3database.h"
+#include "sqlite/zt_sqlitememory.h"
 #include "zttl/zt_parse.h"
 #include "zttl/zt_report.h"
 
@@ -46,6 +47,7 @@ void ConfigureLibraryOnce()
     static const bool configured = [] {
         sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
         sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+        sqlite3_config(SQLITE_CONFIG_MALLOC, &ZT_SQLiteMemoryMethods());
         return true;
     }();
     (void)configured;
