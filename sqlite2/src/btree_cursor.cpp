@@ -59,7 +59,7 @@ struct Cursor::State {
 
     State(BTree& tree, uint32_t root) : tree(tree), root(root) {}
 
-    Status Push(uint32_t page);
+    Status Push(uint32_t page, Pager::Access access = Pager::Access::kAlone);
     Status DescendLeftmost(uint32_t page);
     Status DescendRightmost(uint32_t page);
     Status StepNext();
@@ -76,14 +76,14 @@ struct Cursor::State {
     Path ToPath() const;
 };
 
-Status Cursor::State::Push(uint32_t page)
+Status Cursor::State::Push(uint32_t page, Pager::Access access)
 {
     Pager& pager = tree.Pages();
     if (stack.size() > size_t(kMaxDepth) || page < 2 || (page > pager.PageCount() && page != root))
         return Status::Corrupt();
     Level level;
     level.page = page;
-    if (Status status = pager.Read(page, level.handle); !status)
+    if (Status status = pager.Read(page, level.handle, access); !status)
         return status;
     if (!level.view.Load(tree.Order(), level.handle->bytes))
         return Status::Corrupt();
@@ -94,10 +94,11 @@ Status Cursor::State::Push(uint32_t page)
     return Status::Ok();
 }
 
+// Used by scans in key order only (First, Next), which the pager may read ahead for.
 Status Cursor::State::DescendLeftmost(uint32_t page)
 {
     for (;;) {
-        if (Status status = Push(page); !status)
+        if (Status status = Push(page, Pager::Access::kScan); !status)
             return status;
         Level& level = stack.back();
         level.index = 0;

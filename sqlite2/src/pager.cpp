@@ -34,6 +34,8 @@ constexpr size_t oldJournalRecord = 4 + kPageSize;
 // tree a statement touches, small enough that a scan of a big file stays
 // cheap. Changed pages are never dropped, whatever their number.
 constexpr size_t cleanPageBudget = 2048;
+// How many pages a scan through the file in order reads at once.
+constexpr uint32_t kReadAheadPages = 16;
 // Journal records are gathered into writes of this many.
 constexpr size_t recordsPerWrite = 32;
 
@@ -351,6 +353,8 @@ struct Pager::State {
     LockState lock = LockState::none;
     uint32_t filePages = 0; // in the file, as of taking the lock or the last commit
     uint32_t pageCount = 0; // with the changes of the open write
+    uint32_t lastScanMiss = 0; // the last page a scan found missing from the cache
+    std::vector<uint8_t> readAheadBuffer;
     std::unordered_map<uint32_t, Entry> cache;
     std::list<uint32_t> clean; // most recently used first
     std::vector<Savepoint> savepoints;
@@ -437,7 +441,7 @@ struct Pager::State {
     }
 
     // Page n (at most pageCount) in the cache.
-    Status Fetch(uint32_t n, Entry*& entry)
+    Status Fetch(uint32_t n, Entry*& entry, bool scanning = false)
     {
         auto it = cache.find(n);
         if (it != cache.end()) {
@@ -446,13 +450,61 @@ struct Pager::State {
             entry = &it->second;
             return Status::Ok();
         }
+        // A scan that missed a page shortly after its last miss goes through
+        // the file in order: the pages after this one come with it in one
+        // read. (Look-ups jump about; pages read along would only push
+        // useful ones out of the cache.)
+        if (scanning) {
+            const bool inOrder = n > lastScanMiss && n - lastScanMiss <= kReadAheadPages;
+            lastScanMiss = n;
+            if (inOrder && n < filePages && n < pageCount)
+                return FetchWithFollowers(n, entry);
+        }
         auto page = std::make_shared<PageBuffer>();
         if (n <= filePages && !ReadPageFromFile(fd, n, page->bytes))
             return Status::IoError();
+        entry = &Insert(n, std::move(page));
+        return Status::Ok();
+    }
+
+    // Page n and the pages of the file after it that are not in the cache,
+    // read together.
+    Status FetchWithFollowers(uint32_t n, Entry*& entry)
+    {
+        const uint32_t last = std::min({n + kReadAheadPages - 1, filePages, pageCount});
+        std::vector<uint8_t>& bytes = readAheadBuffer;
+        bytes.resize(size_t(last - n + 1) * kPageSize);
+        const ssize_t got = ReadAll(fd, bytes.data(), bytes.size(), off_t(n - 1) * kPageSize);
+        if (got < ssize_t(kPageSize))
+            return got < 0 ? Status::IoError() : ReadAlone(n, entry);
+        for (uint32_t i = last; i >= n; --i) {
+            const size_t offset = size_t(i - n) * kPageSize;
+            if (offset + kPageSize > size_t(got) || (i != n && cache.count(i)))
+                continue;
+            auto page = std::make_shared<PageBuffer>();
+            memcpy(page->bytes, bytes.data() + offset, kPageSize);
+            Entry& inserted = Insert(i, std::move(page));
+            if (i == n)
+                entry = &inserted;
+        }
+        return Status::Ok();
+    }
+
+    // Page n read by itself: the file ended before the page did.
+    Status ReadAlone(uint32_t n, Entry*& entry)
+    {
+        auto page = std::make_shared<PageBuffer>();
+        if (!ReadPageFromFile(fd, n, page->bytes))
+            return Status::IoError();
+        entry = &Insert(n, std::move(page));
+        return Status::Ok();
+    }
+
+    Entry& Insert(uint32_t n, std::shared_ptr<PageBuffer> page)
+    {
         Trim(cleanPageBudget - 1);
         clean.push_front(n);
-        entry = &cache.emplace(n, Entry{std::move(page), false, clean.begin()}).first->second;
-        return Status::Ok();
+        return cache.emplace(n, Entry{std::move(page), false, clean.begin()}).first->second;
     }
 
     // Page n back to what the file holds (it was unchanged at the point
@@ -855,7 +907,7 @@ uint32_t Pager::PageCount() const
     return fstat(state->fd, &info) == 0 ? uint32_t(uint64_t(info.st_size) / kPageSize) : 0;
 }
 
-Status Pager::Read(uint32_t n, PageHandle& page)
+Status Pager::Read(uint32_t n, PageHandle& page, Access access)
 {
     if (!IsReading())
         return Misuse();
@@ -867,7 +919,7 @@ Status Pager::Read(uint32_t n, PageHandle& page)
         return Status::Ok();
     }
     State::Entry* entry = nullptr;
-    if (Status status = s.Fetch(n, entry); !status)
+    if (Status status = s.Fetch(n, entry, access == Access::kScan); !status)
         return status;
     page = entry->page;
     return Status::Ok();

@@ -79,10 +79,16 @@ public:
     // size / 1024 rounded down when nothing is changed).
     uint32_t PageCount() const;
 
+    // How a read relates to the reads before it.
+    enum class Access {
+        kAlone, // a look-up
+        kScan,  // the next page of a walk through a tree in key order
+    };
     // Page n (1-based) for reading. Pages past the end of the file read as
     // zeros (2.x treats a missing page 2 as an empty schema). Corrupt for
-    // n == 0; IoError when the read fails.
-    Status Read(uint32_t n, PageHandle& page);
+    // n == 0; IoError when the read fails. A scan whose pages follow each
+    // other in the file has the next pages read along (into the cache).
+    Status Read(uint32_t n, PageHandle& page, Access access = Access::kAlone);
     // Page n made changeable (writing only): its original content is kept
     // for the journal the first time in a write, and for the innermost
     // savepoint the first time after it. The handle's bytes may then be

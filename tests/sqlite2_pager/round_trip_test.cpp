@@ -248,6 +248,30 @@ TEST_F(PagerRoundTrip, AScanLetsGoOfPagesButNeverOfChangesOrHeldPages)
     EXPECT_EQ(file.size(), size_t(pages) * kPage);
 }
 
+TEST_F(PagerRoundTrip, PagesReadInNearlyFileOrderAreThoseOfTheFile)
+{
+    // A scan that skips ahead a little has the pager read the following
+    // pages along; pages changed meanwhile, the end of the file (a half
+    // page there is no page) and pages appended past it read as they are.
+    const uint32_t pages = 300;
+    ASSERT_TRUE(OpenPager(PatternFile(pages, 'a') + std::string(kPage / 2, 'z'), Locks::kRead));
+    ASSERT_TRUE(pager.BeginWrite());
+    ASSERT_TRUE(WritePatternPages(pager, {40, 41, 299}, 'b'));
+    ASSERT_TRUE(AppendPatternPages(pager, 3, 'c'));
+    std::vector<uint32_t> order;
+    for (uint32_t n = 1; n + 3 <= pager.PageCount(); n += 4)
+        order.insert(order.end(), {n, n + 2, n + 1, n + 3}); // forward in small jumps, a step back now and then
+    for (uint32_t n = order.back() + 1; n <= pager.PageCount(); ++n)
+        order.push_back(n);
+    for (uint32_t n : order) {
+        PageHandle page;
+        ASSERT_TRUE(pager.Read(n, page, Pager::Access::kScan)) << "page " << n;
+        const char version = n > pages ? 'c' : n == 40 || n == 41 || n == 299 ? 'b' : 'a';
+        ASSERT_EQ(Bytes(page), PatternPage(n, version)) << "page " << n;
+    }
+    ASSERT_TRUE(pager.Commit());
+}
+
 TEST_F(PagerRoundTrip, ARealDatabaseReadsPageForPage)
 {
     for (const char* name : {"overflow.db", "swapped_tree.db", "empty.db"}) {
