@@ -455,7 +455,7 @@ struct Pager::State {
         // read. (Look-ups jump about; pages read along would only push
         // useful ones out of the cache.)
         if (scanning) {
-            const bool inOrder = n > lastScanMiss && n - lastScanMiss <= kReadAheadPages;
+            const bool inOrder = lastScanMiss && n > lastScanMiss && n - lastScanMiss <= kReadAheadPages;
             lastScanMiss = n;
             if (inOrder && n < filePages && n < pageCount)
                 return FetchWithFollowers(n, entry);
