@@ -113,7 +113,8 @@ std::optional<std::string> DefaultAfter(std::string_view sql, const std::vector<
         if (++i >= part.size())
             return std::nullopt;
     }
-    return sign + Dequote(sql.substr(part[i].begin, part[i].end - part[i].begin));
+    std::string value = Dequote(sql.substr(part[i].begin, part[i].end - part[i].begin));
+    return value.insert(0, sign);
 }
 
 // True when the words first and second stand at i and i + 1.

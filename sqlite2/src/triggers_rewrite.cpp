@@ -74,7 +74,8 @@ private:
             return false;
         }
         out.parameters.push_back({isNew, column});
-        replacement = "?" + std::to_string(out.parameters.size());
+        replacement.assign(1, '?');
+        replacement += std::to_string(out.parameters.size());
         return true;
     }
 
