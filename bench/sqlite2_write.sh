@@ -17,11 +17,12 @@
 #
 # Needs the real SQLite 2.8.17 shell: SQLITE2_REFERENCE=/path/to/sqlite2
 # (default /work/shared/sqlite2/reference/sqlite2); without it the script says so
-# and stops. Also needs strace, python3 and GNU time (/usr/bin/time); uses
-# hyperfine when installed, else a loop timed with date +%s%N. Only a developer
-# runs this, by hand: the build, the tests and CI never do.
+# and stops. Also needs strace, python3 and GNU time (/usr/bin/time). The two
+# sides are timed in alternation (bench/alternating_time.py), so that a drift
+# of the machine's speed during the run falls on both. Only a developer runs
+# this, by hand: the build, the tests and CI never do.
 #
-# Usage: bench/sqlite2_write.sh [path/to/rowkeeper]   (RUNS=n runs per median, default 11)
+# Usage: bench/sqlite2_write.sh [path/to/rowkeeper]   (RUNS=n runs per median, default 21)
 # Build first: cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release \
 #   -DROWKEEPER_TESTS=OFF -DROWKEEPER_DIALOGS=OFF && cmake --build build/release -j2
 set -euo pipefail
@@ -46,15 +47,16 @@ if [ ! -x "$rowkeeper" ]; then
   exit 1
 fi
 rowkeeper=$(realpath "$rowkeeper")
+timer=$(realpath "$(dirname "$0")/alternating_time.py")
 reference=$(realpath "$reference")
-runs=${RUNS:-11}
+runs=${RUNS:-21}
 tab=$'\t'
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
-# Quote for a command line that both bash (eval) and hyperfine -N split alike.
+# Quote for a command line that both bash (eval) and Python's shlex split alike.
 q() { printf "'%s'" "${1//\'/\'\\\'\'}"; }
 rk=$(q "$rowkeeper")
 ref=$(q "$reference")
@@ -63,11 +65,7 @@ echo "machine: $(nproc) cores, load average $(cut -d' ' -f1-3 /proc/loadavg) at 
      "(other jobs, builds included, make the times noisy)"
 echo "rowkeeper: $rowkeeper"
 echo "reference: $reference ($("$reference" -version))"
-if command -v hyperfine >/dev/null; then
-  echo "timing: hyperfine, median of $runs runs after one warm-up"
-else
-  echo "timing: hyperfine not installed, a loop with date +%s%N, median of $runs runs"
-fi
+echo "timing: the two sides in alternation (bench/alternating_time.py), median of $runs runs after one warm-up round"
 
 # ---- the file -------------------------------------------------------------
 awk 'BEGIN {
@@ -94,31 +92,9 @@ results=$work/results.tsv # kind, operation, ours, reference
 
 # time_pair NAME PREPARE_OURS CMD_OURS PREPARE_REF CMD_REF  (prepares may be empty)
 time_pair() {
-  local name=$1 p1=$2 c1=$3 p2=$4 c2=$5 ours theirs
-  if command -v hyperfine >/dev/null; then
-    local prep=()
-    [ -n "$p1" ] && prep=(--prepare "$p1" --prepare "$p2")
-    hyperfine -N --warmup 1 --runs "$runs" "${prep[@]}" --export-json "$name.json" "$c1" "$c2" >/dev/null
-    read -r ours theirs < <(python3 -c '
-import json, sys
-r = json.load(open(sys.argv[1]))["results"]
-print(r[0]["median"] * 1000, r[1]["median"] * 1000)' "$name.json")
-  else
-    local i t0 t1 a=() b=()
-    for ((i = 0; i <= runs; i++)); do # the first round warms up
-      [ -n "$p1" ] && eval "$p1"
-      t0=$(date +%s%N); eval "$c1" >/dev/null 2>&1; t1=$(date +%s%N)
-      ((i > 0)) && a+=($((t1 - t0)))
-      [ -n "$p2" ] && eval "$p2"
-      t0=$(date +%s%N); eval "$c2" >/dev/null 2>&1; t1=$(date +%s%N)
-      ((i > 0)) && b+=($((t1 - t0)))
-    done
-    read -r ours theirs < <(python3 -c '
-import statistics, sys
-a, b = (list(map(int, s.split())) for s in sys.argv[1:3])
-print(statistics.median(a) / 1e6, statistics.median(b) / 1e6)' "${a[*]}" "${b[*]}")
-  fi
-  printf 'time\t%s\t%s\t%s\n' "$name" "$ours" "$theirs" >> "$results"
+  local ours theirs
+  read -r ours theirs < <(python3 "$timer" "$runs" "$2" "$3" "$4" "$5")
+  printf 'time\t%s\t%s\t%s\n' "$1" "$ours" "$theirs" >> "$results"
 }
 
 # peak_kib CMD: peak resident memory of one run, in KiB
