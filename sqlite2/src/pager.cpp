@@ -12,6 +12,7 @@
 #include <map>
 #include <random>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 #include <unordered_map>
 #include <vector>
@@ -354,7 +355,7 @@ struct Pager::State {
     uint32_t filePages = 0; // in the file, as of taking the lock or the last commit
     uint32_t pageCount = 0; // with the changes of the open write
     uint32_t lastScanMiss = 0; // the last page a scan found missing from the cache
-    std::vector<uint8_t> readAheadBuffer;
+    PageBuffer readAheadScratch;
     std::unordered_map<uint32_t, Entry> cache;
     std::list<uint32_t> clean; // most recently used first
     std::vector<Savepoint> savepoints;
@@ -468,23 +469,29 @@ struct Pager::State {
     }
 
     // Page n and the pages of the file after it that are not in the cache,
-    // read together.
+    // read together, each straight into its own buffer.
     Status FetchWithFollowers(uint32_t n, Entry*& entry)
     {
-        const uint32_t last = std::min({n + kReadAheadPages - 1, filePages, pageCount});
-        std::vector<uint8_t>& bytes = readAheadBuffer;
-        bytes.resize(size_t(last - n + 1) * kPageSize);
-        const ssize_t got = ReadAll(fd, bytes.data(), bytes.size(), off_t(n - 1) * kPageSize);
+        const uint32_t count = std::min({n + kReadAheadPages - 1, filePages, pageCount}) - n + 1;
+        std::shared_ptr<PageBuffer> pages[kReadAheadPages];
+        iovec parts[kReadAheadPages];
+        for (uint32_t k = 0; k < count; ++k) {
+            // A page the cache has (perhaps changed) is read into a scratch buffer and dropped.
+            if (k == 0 || !cache.count(n + k))
+                pages[k] = std::make_shared_for_overwrite<PageBuffer>(); // the read fills it
+            parts[k] = {pages[k] ? pages[k]->bytes : readAheadScratch.bytes, kPageSize};
+        }
+        ssize_t got;
+        do
+            got = preadv(fd, parts, int(count), off_t(n - 1) * kPageSize);
+        while (got < 0 && errno == EINTR);
         if (got < ssize_t(kPageSize))
             return got < 0 ? Status::IoError() : ReadAlone(n, entry);
-        for (uint32_t i = last; i >= n; --i) {
-            const size_t offset = size_t(i - n) * kPageSize;
-            if (offset + kPageSize > size_t(got) || (i != n && cache.count(i)))
+        for (uint32_t k = count; k-- > 0;) {
+            if (!pages[k] || size_t(k + 1) * kPageSize > size_t(got))
                 continue;
-            auto page = std::make_shared<PageBuffer>();
-            memcpy(page->bytes, bytes.data() + offset, kPageSize);
-            Entry& inserted = Insert(i, std::move(page));
-            if (i == n)
+            Entry& inserted = Insert(n + k, std::move(pages[k]));
+            if (k == 0)
                 entry = &inserted;
         }
         return Status::Ok();
