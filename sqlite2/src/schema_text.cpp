@@ -106,15 +106,16 @@ std::optional<std::string> DefaultAfter(std::string_view sql, const std::vector<
 {
     if (i >= part.size() || IsWord(sql, part[i], "NULL"))
         return std::nullopt;
-    std::string sign;
+    bool negative = false;
     if (IsPunct(sql, part[i], '-') || IsPunct(sql, part[i], '+')) {
-        if (sql[part[i].begin] == '-')
-            sign = "-";
+        negative = sql[part[i].begin] == '-';
         if (++i >= part.size())
             return std::nullopt;
     }
     std::string value = Dequote(sql.substr(part[i].begin, part[i].end - part[i].begin));
-    return value.insert(0, sign);
+    if (negative)
+        value.insert(value.begin(), '-');
+    return value;
 }
 
 // True when the words first and second stand at i and i + 1.
