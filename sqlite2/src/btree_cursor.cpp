@@ -31,8 +31,17 @@ struct Level {
     int index = 0;
 };
 
+// Byte order, then length. The keys of table trees (4 bytes) are compared
+// as numbers, without a library call: this runs at every step of a search.
 int CompareKeys(std::string_view a, std::string_view b)
 {
+    if (a.size() == 4 && b.size() == 4) {
+        const auto* x = reinterpret_cast<const uint8_t*>(a.data());
+        const auto* y = reinterpret_cast<const uint8_t*>(b.data());
+        const uint32_t left = uint32_t(x[0]) << 24 | uint32_t(x[1]) << 16 | uint32_t(x[2]) << 8 | x[3];
+        const uint32_t right = uint32_t(y[0]) << 24 | uint32_t(y[1]) << 16 | uint32_t(y[2]) << 8 | y[3];
+        return (left > right) - (left < right);
+    }
     int c = a.compare(b);
     return (c > 0) - (c < 0);
 }

@@ -72,7 +72,7 @@ private:
     const uint8_t* bytes = nullptr;
     uint32_t rightChild = 0;
     int count = 0;
-    uint16_t offsets[kMaxCells] = {};
+    uint16_t offsets[kMaxCells]; // the first count are set by Load
 };
 
 // A cell taken off its page: what moves between pages when the tree is
