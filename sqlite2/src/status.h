@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -36,11 +37,16 @@ inline constexpr const char* noSuchTable = "no such table: "; // followed by the
 } // namespace message
 
 // The outcome of an operation of the engine: a code and, for a failure, the
-// message a user sees. Cheap to pass around when it is Ok.
+// message a user sees. An Ok status is a code and a null pointer, so the
+// many that a row's steps return cost next to nothing; a message is shared
+// by the copies of its status.
 class Status {
 public:
     Status() = default;
-    Status(StatusCode code, std::string text) : code(code), text(std::move(text)) {}
+    Status(StatusCode code, std::string text)
+        : code(code), text(text.empty() ? nullptr : std::make_shared<const std::string>(std::move(text)))
+    {
+    }
 
     static Status Ok() { return {}; }
     static Status Busy() { return {kBusy, message::locked}; }
@@ -54,11 +60,15 @@ public:
     bool ok() const { return code == kOk; }
     explicit operator bool() const { return ok(); }
     StatusCode Code() const { return code; }
-    const std::string& Message() const { return text; }
+    const std::string& Message() const
+    {
+        static const std::string none;
+        return text ? *text : none;
+    }
 
 private:
     StatusCode code = kOk;
-    std::string text;
+    std::shared_ptr<const std::string> text;
 };
 
 // 2.8's syntax error, naming the text where it stopped reading.
