@@ -81,7 +81,10 @@ struct Cursor::State {
     Status ReadKey(std::string& out);
     Status Refresh(const TreeEdit& edit);
     Status Settle(Status status);
-    Status Sync();
+    // Rebuilds the stack by key when the tree changed since it was built
+    // (inline: every use of a cursor asks, and almost always it has not).
+    Status Sync() { return mode == Mode::Unset || seen == tree.ChangeCount() ? Status::Ok() : Relocate(); }
+    Status Relocate();
     Path ToPath() const;
 };
 
@@ -322,11 +325,9 @@ Status Cursor::State::Settle(Status status)
     return status;
 }
 
-// Rebuilds the stack by key when the tree changed since it was built.
-Status Cursor::State::Sync()
+// Sync for a tree that changed: the stack is found again by key.
+Status Cursor::State::Relocate()
 {
-    if (mode == Mode::Unset || seen == tree.ChangeCount())
-        return Status::Ok();
     Status status = Locate(key, mode == Mode::Entry);
     seen = tree.ChangeCount();
     if (!status) {
