@@ -98,9 +98,8 @@ bool DecodeFields(std::string_view data, std::vector<ValueView>& out)
             out[i].reset();
         } else {
             // The stored text ends with its NUL terminator; a missing one is tolerated.
-            const char* text = data.data() + previous;
-            const void* nul = memchr(text, '\0', end - previous);
-            out[i] = std::string_view(text, nul ? size_t(static_cast<const char*>(nul) - text) : end - previous);
+            const size_t length = end - previous - (data[end - 1] == '\0' ? 1 : 0);
+            out[i] = std::string_view(data.data() + previous, length);
         }
         previous = end;
     }
@@ -128,7 +127,8 @@ bool DecodeRecord(std::string_view data, Row& out)
     if (!DecodeRecordViews(data, views))
         return false;
     for (const ValueView& view : views)
-        out.emplace_back(view ? Value(std::string(*view)) : Value(std::nullopt));
+        out.emplace_back(view ? Value(std::string(view->data(), strnlen(view->data(), view->size())))
+                              : Value(std::nullopt));
     return true;
 }
 

@@ -72,7 +72,9 @@ int32_t DecodeRowidKey(std::string_view key);
 // Row records: little-endian offsets of 1, 2 or 3 bytes, then NUL-terminated texts.
 std::string EncodeRecord(const Row& row);
 bool DecodeRecord(std::string_view data, Row& out);
-// The same without copying: the texts are views into data.
+// The same without copying: the texts are views into data, each ending
+// before its field's final NUL. 2.8's text ends at the first NUL: a field
+// holding more than one is seen whole, and a reader stops at the first.
 using ValueView = std::optional<std::string_view>;
 bool DecodeRecordViews(std::string_view data, std::vector<ValueView>& out);
 

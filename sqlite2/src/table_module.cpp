@@ -446,9 +446,11 @@ int Column(sqlite3_vtab_cursor* base, sqlite3_context* context, int column)
         const std::string_view text = *cursor->values[size_t(column)];
         // A stored text normally keeps its NUL (the record is a std::string,
         // so the byte after any field can be read): handed over as
-        // terminated, SQLite need not reallocate each value to add one.
+        // terminated, SQLite finds where the text ends (at its first NUL)
+        // and need not reallocate each value to add one.
         const bool terminated = text.data()[text.size()] == '\0';
-        sqlite3_result_text(context, text.data(), terminated ? -1 : int(text.size()), SQLITE_TRANSIENT);
+        sqlite3_result_text(context, text.data(), terminated ? -1 : int(strnlen(text.data(), text.size())),
+                            SQLITE_TRANSIENT);
     } else {
         sqlite3_result_null(context);
     }

@@ -120,6 +120,34 @@ TEST(Sqlite2Reader, DamagedTablePagesAreReportedWhenRead)
     sqlite_close(db);
 }
 
+TEST(Sqlite2Reader, AStoredTextEndsAtItsFirstNul)
+{
+    // 2.8 stores C strings; a field that holds a NUL inside (another
+    // writer's, or damage) reads, compares and is rewritten as its text up
+    // to that NUL.
+    TempDir dir;
+    const std::string path = dir.File("nul.db");
+    sqlite* db = OpenOrFail(path);
+    ASSERT_NE(db, nullptr);
+    ASSERT_EQ(sqlite_exec(db, "CREATE TABLE t(a, b); INSERT INTO t VALUES('abQQQcd', 1)", nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite_close(db);
+    std::string bytes = ReadWholeFile(path);
+    const size_t at = bytes.find("abQQQcd");
+    ASSERT_NE(at, std::string::npos);
+    bytes[at + 3] = '\0';
+    WriteWholeFile(path, bytes);
+
+    db = OpenOrFail(path);
+    ASSERT_NE(db, nullptr);
+    EXPECT_EQ(Answer(db, "SELECT a, length(a), a || '!' FROM t"), (Rows{{"abQ", "3", "abQ!"}}));
+    EXPECT_EQ(Answer(db, "SELECT b FROM t WHERE a = 'abQ'"), (Rows{{"1"}}));
+    ASSERT_EQ(sqlite_exec(db, "UPDATE t SET b = 2", nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_EQ(Answer(db, "SELECT a, b FROM t"), (Rows{{"abQ", "2"}}));
+    EXPECT_EQ(Answer(db, "SELECT count(*) FROM t WHERE a = 'abQ'"), (Rows{{"1"}}));
+    sqlite_close(db);
+}
+
 } // namespace
 
 TEST(Sqlite2GetTable, RowsOfEveryStatementInOneTableOfOneWidth)
