@@ -1,4 +1,5 @@
 #include "sqlite/zt_packedtablebuilder.h"
+#include "sqlite/zt_resultmemory.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -9,8 +10,8 @@ constexpr uintptr_t nullEntry = UINTPTR_MAX;
 
 ZT_PackedTableBuilder::~ZT_PackedTableBuilder()
 {
-    free(entries);
-    free(texts);
+    ZT_FreeResultBlock(entries);
+    ZT_FreeResultBlock(texts);
 }
 
 bool ZT_PackedTableBuilder::ReserveEntries(size_t extra)
@@ -20,7 +21,7 @@ bool ZT_PackedTableBuilder::ReserveEntries(size_t extra)
     size_t capacity = entryCapacity ? entryCapacity : 64;
     while (capacity < entryCount + extra)
         capacity *= 2;
-    auto* grown = static_cast<uintptr_t*>(realloc(entries, capacity * sizeof(uintptr_t)));
+    auto* grown = static_cast<uintptr_t*>(ZT_ResizeResultBlock(entries, capacity * sizeof(uintptr_t)));
     if (!grown)
         return false;
     entries = grown;
@@ -39,7 +40,7 @@ bool ZT_PackedTableBuilder::Add(const char* text)
         size_t capacity = textCapacity ? textCapacity : 4096;
         while (capacity < textSize + length)
             capacity *= 2;
-        char* grown = static_cast<char*>(realloc(texts, capacity));
+        char* grown = static_cast<char*>(ZT_ResizeResultBlock(texts, capacity));
         if (!grown)
             return false;
         texts = grown;
@@ -111,7 +112,7 @@ void ZT_FreePackedTable(char** result)
 {
     if (!result)
         return;
-    free(result[-1]);
-    free(result - 1);
+    ZT_FreeResultBlock(result[-1]);
+    ZT_FreeResultBlock(result - 1);
 }
 

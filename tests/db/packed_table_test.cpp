@@ -1,9 +1,11 @@
 // The packed reader must answer exactly as sqlite3_get_table does.
 #include "sqlite/zt_packedtable.h"
+#include "sqlite/zt_resultmemory.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -68,6 +70,9 @@ TEST(PackedTable, AnswersAsGetTableDoes)
         "SELECT * FROM t WHERE 0; SELECT 5, 6",
         "SELECT a, b FROM t WHERE 0; INSERT INTO u VALUES(8)",
         "PRAGMA empty_result_callbacks=OFF; SELECT count(*) FROM u",
+        // Large enough for the result's memory to change hands on the way.
+        "WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c WHERE x < 70000) "
+        "SELECT x, printf('%040d', x), NULL FROM c",
     };
     for (const char* sql : queries) {
         Answer reference = Ask(db, sql, sqlite3_get_table, sqlite3_free_table);
@@ -78,6 +83,28 @@ TEST(PackedTable, AnswersAsGetTableDoes)
         EXPECT_EQ(packed, reference) << sql;
     }
     sqlite3_close(db);
+}
+
+TEST(ResultMemory, BlocksKeepTheirBytesAcrossEverySize)
+{
+    // From the C library's small blocks to mapped ones, growing and shrinking.
+    std::vector<size_t> sizes = {100, 5000, 900000, 3 << 20, 9 << 20, 40 << 20, 2 << 20, 300};
+    void* block = nullptr;
+    size_t filled = 0;
+    for (size_t size : sizes) {
+        void* resized = ZT_ResizeResultBlock(block, size);
+        ASSERT_NE(resized, nullptr) << size;
+        block = resized;
+        auto* bytes = static_cast<unsigned char*>(block);
+        const size_t kept = std::min(filled, size);
+        for (size_t i = 0; i < kept; i += 4093)
+            ASSERT_EQ(bytes[i], static_cast<unsigned char>(i % 251)) << "size " << size << " byte " << i;
+        for (size_t i = 0; i < size; ++i)
+            bytes[i] = static_cast<unsigned char>(i % 251);
+        filled = size;
+    }
+    ZT_FreeResultBlock(block);
+    ZT_FreeResultBlock(nullptr);
 }
 
 } // namespace

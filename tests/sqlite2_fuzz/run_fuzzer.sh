@@ -9,7 +9,7 @@ cp -n "$fixtures"/*.db "$work/corpus/" 2>/dev/null || true
 clang++-14 -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=undefined \
   -I"$source_dir/sqlite2/include" -I"$source_dir/sqlite2/src" -I"$source_dir/include" \
   "$source_dir/tests/sqlite2_fuzz/read_fuzzer.cpp" "$source_dir"/sqlite2/src/*.cpp \
-  "$source_dir/include/sqlite/zt_packedtablebuilder.cpp" \
+  "$source_dir/include/sqlite/zt_packedtablebuilder.cpp" "$source_dir/include/sqlite/zt_resultmemory.cpp" \
   -lsqlite3 -o "$work/read_fuzzer"
 cd "$work"  # artifacts (crash-*, timeout-*) land here
 "$work/read_fuzzer" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 -detect_leaks=1 \
