@@ -1,8 +1,9 @@
-// The dialog toolkit of the program itself, which is linked statically so
-// that queries start fast and therefore cannot load the dialog module. A row
-// command hands the whole invocation over to the dialog host: the same
-// program, linked to load the module. Nothing has been printed or opened at
-// that point, so the host starts the command from the beginning.
+// The dialog toolkit of the program itself. The program is linked statically
+// where it can be, so that queries start fast, and a static program cannot
+// load the dialog module: a row command hands the whole invocation over to
+// the dialog host, the same front end linked to load the module. Nothing has
+// been printed or opened at that point, so the host starts the command from
+// the beginning.
 #include "DialogToolkit.h"
 #include "ProgramFiles.h"
 

@@ -39,7 +39,8 @@ std::vector<void*>& LeftToProcessEnd()
 }
 
 // The program runs on one thread: SQLite's mutexes and its memory
-// statistics only cost time (a lock per allocation, several per row). Both
+// statistics only cost time (a lock per allocation, several per row), and
+// its memory comes from the size classes of zt_sqlitememory. Both
 // generations need this, the 2.x engine evaluating on SQLite 3 as well, and
 // it must happen before SQLite's first use.
 void ConfigureLibraryOnce()
