@@ -461,6 +461,12 @@ struct Pager::State {
             if (inOrder && n < filePages && n < pageCount)
                 return FetchWithFollowers(n, entry);
         }
+        return FetchAlone(n, entry);
+    }
+
+    // Page n read by itself; past the end of the file, a page of zeros.
+    Status FetchAlone(uint32_t n, Entry*& entry)
+    {
         auto page = std::make_shared<PageBuffer>();
         if (n <= filePages && !ReadPageFromFile(fd, n, page->bytes))
             return Status::IoError();
@@ -486,7 +492,7 @@ struct Pager::State {
             got = preadv(fd, parts, int(count), off_t(n - 1) * kPageSize);
         while (got < 0 && errno == EINTR);
         if (got < ssize_t(kPageSize))
-            return got < 0 ? Status::IoError() : ReadAlone(n, entry);
+            return got < 0 ? Status::IoError() : FetchAlone(n, entry); // the file ended before the page did
         for (uint32_t k = count; k-- > 0;) {
             if (!pages[k] || size_t(k + 1) * kPageSize > size_t(got))
                 continue;
@@ -494,16 +500,6 @@ struct Pager::State {
             if (k == 0)
                 entry = &inserted;
         }
-        return Status::Ok();
-    }
-
-    // Page n read by itself: the file ended before the page did.
-    Status ReadAlone(uint32_t n, Entry*& entry)
-    {
-        auto page = std::make_shared<PageBuffer>();
-        if (!ReadPageFromFile(fd, n, page->bytes))
-            return Status::IoError();
-        entry = &Insert(n, std::move(page));
         return Status::Ok();
     }
 
